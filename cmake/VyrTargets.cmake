@@ -1,0 +1,56 @@
+# Functions that give every library, plugin, program and test of the project the same shape.
+include(GenerateExportHeader)
+
+# Warnings and sanitizers that all of the project's own code is compiled with.
+add_library(vyr_options INTERFACE)
+target_compile_options(
+  vyr_options
+  INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wcast-qual -Wformat=2 -Wundef -Werror
+            $<$<CONFIG:Release>:-fno-plt>)
+# Repeatable physics needs one way of rounding: no contraction of a*b+c, whatever the processor offers.
+target_compile_options(vyr_options INTERFACE -ffp-contract=off)
+if(VYR_SANITIZE)
+  target_compile_options(vyr_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                                               -fno-omit-frame-pointer)
+  target_link_options(vyr_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# Places an own library beside the others, with its export header, public headers and install rules.
+#   vyr_add_library(<name> SOURCES <file>... [PUBLIC <target>...] [PRIVATE <target>...])
+function(vyr_add_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  add_library(${name} SHARED ${ARG_SOURCES})
+  add_library(Vyr::${name} ALIAS ${name})
+  string(TOUPPER ${name} upper)
+  generate_export_header(${name} BASE_NAME ${upper} EXPORT_MACRO_NAME ${upper}_EXPORT EXPORT_FILE_NAME
+                         ${PROJECT_BINARY_DIR}/include/${name}/export.h)
+  target_include_directories(
+    ${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
+                   $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+    PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/src)
+  target_compile_features(${name} PUBLIC cxx_std_17)
+  target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE} $<BUILD_INTERFACE:vyr_options>)
+  if(NOT VYR_SANITIZE)
+    target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  endif()
+  set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_RPATH "$ORIGIN")
+  install(TARGETS ${name} EXPORT VyrTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  install(FILES ${PROJECT_BINARY_DIR}/include/${name}/export.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name})
+endfunction()
+
+# Adds a GoogleTest program and registers each of its tests with CTest.
+#   vyr_add_test(<name> SOURCES <file>... LIBRARIES <target>... [LABELS <label>...])
+function(vyr_add_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main vyr_options)
+  target_compile_definitions(${name} PRIVATE VYR_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+                                             VYR_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  gtest_discover_tests(
+    ${name}
+    WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
+    DISCOVERY_MODE PRE_TEST
+    PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 300 ENVIRONMENT "${VYR_TEST_ENVIRONMENT}")
+endfunction()
