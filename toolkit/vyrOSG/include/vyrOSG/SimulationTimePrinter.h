@@ -1,0 +1,31 @@
+/// Prints the simulation's time on the heads-up display.
+#pragma once
+
+#include <vyr/ref_ptr.h>
+#include <vyrOSG/HudTextManager.h>
+#include <vyrOSG/export.h>
+#include <vyrSDK/GuiEventListener.h>
+
+namespace vyrOSG {
+
+/// A listener that keeps one line, "Time: 1.250 s", on the display. Add it to the simulation whose time it prints.
+class VYROSG_EXPORT SimulationTimePrinter : public vyrSDK::GuiEventListener {
+public:
+  /// Nullable: manager; without one nothing is printed. *Retains*.
+  explicit SimulationTimePrinter(vyrOSG::HudTextManager* manager);
+
+  /// Writes the line through the manager. Without a simulation there is no line.
+  virtual void updateHud();
+
+  /// Once a frame: writes the line. The position of the pointer does not matter.
+  void update(float x, float y) override;
+
+protected:
+  ~SimulationTimePrinter() override;
+
+private:
+  vyr::ref_ptr<HudTextManager> m_manager;
+  vyr::ref_ptr<HudTextManager::ReferencedText> m_text;
+};
+
+} // namespace vyrOSG
