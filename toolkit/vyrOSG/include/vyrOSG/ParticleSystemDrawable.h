@@ -1,0 +1,66 @@
+// Draws the particles of a particle system, each as a shaded sprite or as a ball of triangles.
+#pragma once
+
+#include <vyrOSG/export.h>
+
+#include <vyr/ParticleSystem.h>
+#include <vyr/observer_ptr.h>
+
+#include <osg/Geometry>
+
+namespace vyrOSG {
+
+/// Draws the particles as the system has them at each update traversal; nothing once the system is destroyed.
+class VYROSG_EXPORT ParticleSystemDrawable : public osg::Geometry {
+public:
+  /// What stands for one particle.
+  enum ParticleRenderingMode {
+    SPRITES = 0,  ///< one point that the shader makes look like a ball
+    TRIANGLES = 1 ///< an icosahedron
+  };
+
+  /// How a sprite is shaded; without effect on triangles.
+  enum ParticleShaderMode {
+    SIMPLE_SPRITES = 0,   ///< a lit ball of the particle's colour
+    ROTATION_SPRITES = 1, ///< a lit ball with a band that turns with the particle
+    ALPHA_SPRITES = 2     ///< a soft, see-through puff
+  };
+
+  /// An empty drawable, as the scene-graph library's object registry needs it.
+  ParticleSystemDrawable();
+
+  /// Draws a system (*borrows*). Nullable: system (nothing is drawn).
+  explicit ParticleSystemDrawable(vyr::ParticleSystem* system, ParticleRenderingMode renderingMode = SPRITES,
+                                  ParticleShaderMode shaderMode = ROTATION_SPRITES);
+
+  /// The shading of the sprites.
+  ParticleShaderMode getParticleShaderMode() const { return m_shaderMode; }
+
+  /// Changes the shading of the sprites from the next frame on. Another number than the three is refused with one
+  /// Notify line.
+  void setParticleShaderMode(ParticleShaderMode mode);
+
+  /// What stands for one particle.
+  ParticleRenderingMode getParticleRenderingMode() const { return m_renderingMode; }
+
+  /// The system that is drawn (*returns inner*). Nullable: null once it is destroyed.
+  vyr::ParticleSystem* getParticleSystem() { return m_system.get(); }
+
+  /// Reads the particles again, without waiting for the update traversal.
+  void update();
+
+protected:
+  ~ParticleSystemDrawable() override;
+
+private:
+  void createArrays();
+  void updateSprites();
+  void updateTriangles();
+  void applyShader();
+
+  vyr::observer_ptr<vyr::ParticleSystem> m_system;
+  ParticleRenderingMode m_renderingMode = SPRITES;
+  ParticleShaderMode m_shaderMode = ROTATION_SPRITES;
+};
+
+} // namespace vyrOSG
