@@ -28,7 +28,13 @@ public:
   /// where the driver offers fewer). *Returns new*, never null: without graphics the kind is NONE, and for any
   /// @p wanted but AUTO and NONE that is a failure that `isFailure` tells and one error line names.
   static vyr::ref_ptr<GraphicsBackend> create(LaunchOptions::Backend wanted, unsigned width, unsigned height,
-                                              unsigned samples, const Placement& placement = Placement());
+                                              unsigned samples, const Placement& placement);
+
+  /// As above at the default place.
+  static vyr::ref_ptr<GraphicsBackend> create(LaunchOptions::Backend wanted, unsigned width, unsigned height,
+                                              unsigned samples) {
+    return create(wanted, width, height, samples, Placement());
+  }
 
   /// What was chosen: WINDOW, EGL or NONE.
   LaunchOptions::Backend getKind() const { return m_kind; }
