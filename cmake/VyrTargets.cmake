@@ -13,6 +13,10 @@ if(VYR_SANITIZE)
   target_compile_options(vyr_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                                                -fno-omit-frame-pointer)
   target_link_options(vyr_options INTERFACE -fsanitize=address,undefined)
+  # Settings belong to programs only; libraries share those of the program that loads them.
+  target_sources(
+    vyr_options
+    INTERFACE $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${CMAKE_CURRENT_LIST_DIR}/sanitizerOptions.cpp>)
 endif()
 
 # Places an own library beside the others, with its export header, public headers and install rules.
@@ -52,5 +56,5 @@ function(vyr_add_test name)
     ${name}
     WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
     DISCOVERY_MODE PRE_TEST
-    PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 300 ENVIRONMENT "${VYR_TEST_ENVIRONMENT}")
+    PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 300)
 endfunction()
