@@ -6,9 +6,10 @@
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sstream>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -82,8 +83,8 @@ public:
     m_open.back().key = value;
     m_open.back().keyLine = line();
     if (m_open.back().value.find(value))
-      VYR_NOTIFY(3) << m_name << ":" << line() << ": key \"" << value << "\" stands twice, the later one counts"
-                    << vyr::Notify::END;
+      VYR_NOTIFY(vyr::NOTIFY_ERROR) << m_name << ":" << line() << ": key \"" << value
+                                    << "\" stands twice, the later one counts";
     return true;
   }
   bool parse_error(std::size_t, const std::string&, const Json::exception& error) override {
@@ -95,7 +96,7 @@ public:
     const std::size_t colon = text.find(": ");
     if (colon != std::string::npos)
       text.erase(0, colon + 2);
-    VYR_NOTIFY(3) << m_name << ":" << line() << ": " << text << vyr::Notify::END;
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << m_name << ":" << line() << ": " << text;
     return false;
   }
 
@@ -160,17 +161,17 @@ ConfigScript::~ConfigScript() = default;
 
 bool ConfigScript::load(const std::string& fileName) {
   std::ifstream file(fileName, std::ios::binary);
-  std::ostringstream text;
-  if (file)
-    text << file.rdbuf();
-  if (!file || !text) {
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  // A folder opens like a file and reads as an empty one.
+  std::error_code error;
+  if (!file.is_open() || file.bad() || std::filesystem::is_directory(fileName, error)) {
     m_name = fileName;
     m_root = ConfigValue(ConfigValue::Kind::Object);
     m_valid = false;
-    VYR_NOTIFY(3) << "configuration script \"" << fileName << "\" cannot be read" << vyr::Notify::END;
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "configuration script \"" << fileName << "\" cannot be read";
     return false;
   }
-  const bool read = parse(text.str(), fileName);
+  const bool read = parse(text, fileName);
   m_fromFile = true;
   return read;
 }
@@ -189,8 +190,8 @@ bool ConfigScript::parse(const std::string& text, const std::string& name) {
     return false;
   ConfigValue root = builder.takeRoot();
   if (!root.isObject()) {
-    VYR_NOTIFY(3) << m_name << ":" << root.getLine() << ": a configuration script is an object, not a "
-                  << root.getKindName() << vyr::Notify::END;
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << m_name << ":" << root.getLine() << ": a configuration script is an object, not a "
+                                  << root.getKindName();
     return false;
   }
   m_root = std::move(root);

@@ -95,7 +95,7 @@ private:
 /// A registered program by name, with the uniforms that go with it.
 class VYROSG_EXPORT RenderStateManager::ShaderState : public vyr::Referenced {
 public:
-  /// `programId` names a program of the manager; it is looked up when the state is applied.
+  /// `programId` names a program of the manager; it is looked up when the state is applied. Empty: uniforms only.
   ShaderState(const std::string& name, const std::string& programId)
       : m_name(name)
       , m_programId(programId) {}
@@ -146,12 +146,12 @@ public:
   void setName(const std::string& name) { m_name = name; }
   const std::string& getName() const { return m_name; }
 
-  /// Gives a texture unit (0 to 63) its texture; *retains* both. Nullable: `matrix`. A unit outside the range is kept,
-  /// but `apply` skips it with one error line.
+  /// Gives a texture unit (0 to 63) its texture; *retains* both. Nullable: `texture` (the unit is left alone) and
+  /// `matrix`. A unit outside the range is kept, but `apply` skips it with one error line.
   void addTexture(int unit, osg::Texture* texture, osg::TexMat* matrix = nullptr) {
     m_textures[unit] = Texture{texture, matrix, nullptr};
   }
-  /// As above, with the sampler uniform that is set along with the texture.
+  /// As above, with the sampler uniform that is set along with the texture; *retains* it.
   void addTexture(int unit, osg::Texture* texture, osg::TexMat* matrix, osg::Uniform* sampler) {
     m_textures[unit] = Texture{texture, matrix, sampler};
   }
