@@ -160,17 +160,19 @@ ConfigScript::ConfigScript(const std::string& fileName)
 ConfigScript::~ConfigScript() = default;
 
 bool ConfigScript::load(const std::string& fileName) {
-  std::ifstream file(fileName, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  // A folder opens like a file and reads as an empty one.
+  // A folder opens like a file, and reading it throws.
   std::error_code error;
-  if (!file.is_open() || file.bad() || std::filesystem::is_directory(fileName, error)) {
+  std::ifstream file;
+  if (!std::filesystem::is_directory(fileName, error))
+    file.open(fileName, std::ios::binary);
+  if (!file.is_open()) {
     m_name = fileName;
     m_root = ConfigValue(ConfigValue::Kind::Object);
     m_valid = false;
     VYR_NOTIFY(vyr::NOTIFY_ERROR) << "configuration script \"" << fileName << "\" cannot be read";
     return false;
   }
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   const bool read = parse(text, fileName);
   m_fromFile = true;
   return read;
