@@ -1,0 +1,124 @@
+// The program `vyr`: runs Lua scripts with the toolkit's script plugins loaded.
+#include "CommandLine.h"
+#include "ExitCode.h"
+#include "Interpreter.h"
+#include "MessageSink.h"
+#include "Prompt.h"
+
+#include <vyrLua/ScriptManager.h>
+
+#include <tolua++.h>
+
+#include <osg/Version>
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+namespace {
+
+using namespace vyrHost;
+
+constexpr const char* kPlugins[] = {"vyr", "vyrModel", "vyrOSG"};
+
+void printVersion() {
+  std::printf("vyr %s (%s, %s, OpenSceneGraph %s)\n", VYR_VERSION, LUA_RELEASE, TOLUA_VERSION, osgGetVersion());
+}
+
+void printLuaVersion() {
+  std::fprintf(stderr, "%s  %s\n", LUA_RELEASE, LUA_COPYRIGHT);
+}
+
+bool runActions(Interpreter& interpreter, const CommandLine& line) {
+  for (const CommandLine::Action& action : line.actions) {
+    const int status =
+        action.isRequire ? interpreter.runLibrary(action.text) : interpreter.runText(action.text, "=(command line)");
+    if (status != 0)
+      return false;
+  }
+  return true;
+}
+
+bool runScript(Interpreter& interpreter, const CommandLine& line) {
+  const std::string& script = line.arguments[line.scriptIndex];
+  // Behind "--" a script may be called "-": that is the standard input only where it stands as an option.
+  const bool isFile = script == "-" && line.arguments[line.scriptIndex - 1] == "--";
+  return interpreter.runFile(isFile ? "./-" : script, line.getScriptArguments()) == 0;
+}
+
+bool runWithoutScript(Interpreter& interpreter, const CommandLine& line) {
+  if (line.interactive || line.executesText() || line.showLuaVersion)
+    return true;
+  if (isatty(STDIN_FILENO) == 0)
+    return interpreter.runFile("-", {}) == 0;
+  printLuaVersion();
+  Prompt(interpreter).run();
+  return true;
+}
+
+int runLua(const CommandLine& line) {
+  vyrLua::ScriptManager& manager = *vyrLua::ScriptManager::instance(true);
+  for (const char* plugin : kPlugins)
+    manager.requestScriptPlugin(plugin);
+  Interpreter interpreter(manager.getLuaState());
+  interpreter.setArguments(line.arguments, line.scriptIndex);
+  if (line.seed)
+    std::srand(*line.seed); // Behind math.random as well as the toolkit's random numbers.
+  if (line.showLuaVersion)
+    printLuaVersion();
+  bool ok = interpreter.runInitialization() == 0 && runActions(interpreter, line);
+  if (ok)
+    ok = line.hasScript() ? runScript(interpreter, line) : runWithoutScript(interpreter, line);
+  if (line.interactive)
+    Prompt(interpreter).run();
+  const int failure = vyrOSG::LaunchOptions::process().getFailure();
+  if (failure == EXIT_CODE_NO_GRAPHICS)
+    return failure;
+  return ok ? failure : EXIT_CODE_SCRIPT_ERROR;
+}
+
+void explainMissingGraphics() {
+  std::fputs("vyr: no graphics: an OpenGL window needs a display server (DISPLAY) and the Debian packages libgl1 and "
+             "libgl1-mesa-dri;\n"
+             "vyr: without a display server, libegl1, libegl-mesa0 and libgl1-mesa-dri are needed. "
+             "'vyr doctor' tells what is missing; --gl=none runs without pictures.\n",
+             stderr);
+}
+
+int run(const CommandLine& line) {
+  switch (line.command) {
+  case CommandLine::HELP:
+    std::fputs(CommandLine::getHelp().c_str(), stdout);
+    return EXIT_CODE_OK;
+  case CommandLine::VERSION:
+    printVersion();
+    return EXIT_CODE_OK;
+  default:
+    break;
+  }
+  const int code = runLua(line);
+  vyrLua::ScriptManager::shutdown();
+  if (code == EXIT_CODE_NO_GRAPHICS)
+    explainMissingGraphics();
+  return code;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  try {
+    CommandLine line;
+    std::string error;
+    if (!CommandLine::parse({argv, argv + argc}, line, vyrOSG::LaunchOptions::process(), error)) {
+      std::fprintf(stderr, "vyr: %s\nTry 'vyr --help'.\n", error.c_str());
+      return EXIT_CODE_USAGE;
+    }
+    MessageSink::install(line.verbose);
+    return run(line);
+  } catch (const std::exception& exception) {
+    std::fprintf(stderr, "vyr: %s\n", exception.what());
+    return EXIT_CODE_SCRIPT_ERROR;
+  }
+}
