@@ -42,7 +42,7 @@ public:
   bool open(const std::string& target, double fps, unsigned int width = 0, unsigned int height = 0);
 
   /// Whether a recording runs: true between open() and close() or the first failure.
-  bool isOpen() const;
+  bool isOpen() const { return m_open; }
 
   /// Moves the recorder's clock (s) and gives the number of pictures that became due; 0 when closed.
   int advance(double time);
