@@ -13,10 +13,14 @@ public:
   CapturedMessages(const CapturedMessages&) = delete;
   CapturedMessages& operator=(const CapturedMessages&) = delete;
 
+  /// The messages so far of a level, prefix included.
+  const std::vector<std::string>& errors() const { return m_sink->errors; }
+  const std::vector<std::string>& warnings() const { return m_sink->warnings; }
+
   /// The messages so far of the error level, prefix "Error: " included; empties the list.
   std::vector<std::string> take() {
     std::vector<std::string> taken;
-    taken.swap(m_sink->lines);
+    taken.swap(m_sink->errors);
     return taken;
   }
   /// The only message so far, or a text that says how many there were; empties the list.
@@ -30,9 +34,12 @@ private:
   public:
     void message(vyr::NotifyLevel level, const std::string& text) override {
       if (level == vyr::NOTIFY_ERROR)
-        lines.push_back(text);
+        errors.push_back(text);
+      if (level == vyr::NOTIFY_WARNING)
+        warnings.push_back(text);
     }
-    std::vector<std::string> lines;
+    std::vector<std::string> errors;
+    std::vector<std::string> warnings;
   };
   vyr::ref_ptr<Sink> m_sink{new Sink};
 };

@@ -31,7 +31,8 @@ public:
 
   /**
    * The picture that was read last: 8 bits a channel, red, green, blue, rows from the bottom to the top.
-   * *Borrows*: the grabber reuses the image for the next picture. Nullable: null until a requested frame was drawn.
+   * *Returns inner*: hold it by reference to keep it; the next picture is a new image. Nullable: null until a requested
+   * frame was drawn.
    */
   osg::Image* getImage() { return m_image.get(); }
 
@@ -43,6 +44,9 @@ public:
 
 protected:
   ~FrameGrabber() override = default;
+
+  /// Hands over the picture that was asked for; for grabbers that read elsewhere.
+  void deliver(osg::Image* image) const;
 
 private:
   mutable bool m_requested = false;

@@ -12,6 +12,7 @@
 
 namespace vyrOSG {
 
+class FilmEncoder;
 class FrameGrabber;
 
 /**
@@ -81,13 +82,11 @@ protected:
   ~FrameRecorder() override;
 
 private:
-  class Encoder;
-
-  bool startEncoder(int width, int height);
+  bool startEncoder();
   bool fail(const std::string& reason);
 
   FrameClock m_clock;
-  std::unique_ptr<Encoder> m_encoder;
+  std::unique_ptr<FilmEncoder> m_encoder;
   std::string m_target;
   double m_fps = 0.0;
   int m_width = 0;

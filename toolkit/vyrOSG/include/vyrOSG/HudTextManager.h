@@ -3,13 +3,17 @@
 
 #include <vyr/Referenced.h>
 #include <vyr/VyrString.h>
+#include <vyr/observer_ptr.h>
 #include <vyr/ref_ptr.h>
 #include <vyrOSG/SceneDecorator.h>
 #include <vyrOSG/export.h>
+#include <vyrSDK/Simulation.h>
 #include <vyrSDK/StepEventListener.h>
 
 #include <osg/observer_ptr>
 
+#include <cstddef>
+#include <string>
 #include <vector>
 
 namespace vyrOSG {
@@ -19,8 +23,8 @@ namespace vyrOSG {
  * the referenced texts, then the lines of the step, each in the order of adding.
  *
  * Lines of the step are shown until the next step ends and are then dropped. As a listener of a simulation the manager
- * updates the display after each step; otherwise updateHud() does. A text with line breaks takes several lines. An
- * update writes only the lines that changed, and clears only lines that the manager wrote.
+ * updates the display after each step; otherwise updateHud() does. A text with line breaks takes several lines. Below
+ * its own lines an update clears only lines that the manager wrote before.
  */
 class VYROSG_EXPORT HudTextManager : public vyrSDK::StepEventListener {
 public:
@@ -52,7 +56,7 @@ public:
   void clearConstantText();
   /// Drops the lines of the step.
   void clearText();
-  /// Writes the lines that changed onto the display.
+  /// Writes the lines onto the display.
   void updateHud();
   /// Adds a text that is shown until it is removed; one that is there already is not added twice. Nullable: null is
   /// ignored. *Retains*.
@@ -63,18 +67,23 @@ public:
   /// The lines as updateHud() writes them, from the first down.
   std::vector<std::string> getLines() const;
 
+  /// The simulation that the manager listens to. Nullable. *Returns inner*.
+  vyrSDK::Simulation* getSimulation() const { return m_simulation.get(); }
+
   /// After a step: shows its lines.
   void last(const vyr::TimeStamp& time) override;
+  void simulationChanged(vyrSDK::Simulation* simulation) override;
 
 protected:
   ~HudTextManager() override;
 
 private:
   osg::observer_ptr<SceneDecorator> m_decorator;
+  vyr::observer_ptr<vyrSDK::Simulation> m_simulation;
   std::vector<std::string> m_constantText;
   std::vector<vyr::ref_ptr<ReferencedText>> m_referencedText;
   std::vector<std::string> m_stepText;
-  std::vector<std::string> m_shown;
+  std::size_t m_numShown = 0;
   bool m_stepEnded = false;
 };
 

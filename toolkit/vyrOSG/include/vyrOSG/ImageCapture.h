@@ -2,7 +2,7 @@
 #pragma once
 
 #include <vyr/Referenced.h>
-#include <vyr/Vec2.h>
+#include <vyr/Vec2u.h>
 #include <vyr/observer_ptr.h>
 #include <vyrOSG/export.h>
 #include <vyrSDK/Simulation.h>

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <vyr/Object.h>
-#include <vyr/Vec2.h>
+#include <vyr/Vec2u.h>
 #include <vyr/ref_ptr.h>
+#include <vyrOSG/FrameGrabber.h>
 #include <vyrOSG/ImageCapture.h>
 #include <vyrOSG/export.h>
 
@@ -14,6 +15,8 @@
 #include <cstddef>
 
 namespace vyrOSG {
+
+class FollowingCamera;
 
 /**
  * An extra camera whose picture is a texture.
@@ -65,12 +68,9 @@ protected:
   ~RenderToTexture() override;
 
 private:
-  class TextureReader;
-
-  osg::ref_ptr<osg::Camera> m_camera;
+  osg::ref_ptr<FollowingCamera> m_camera;
   osg::ref_ptr<osg::Texture2D> m_texture;
-  osg::ref_ptr<TextureReader> m_reader;
-  osg::observer_ptr<osg::Camera> m_referenceCamera;
+  osg::ref_ptr<FrameGrabber> m_grabber;
   vyr::ref_ptr<ImageCapture> m_imageCapture;
 };
 

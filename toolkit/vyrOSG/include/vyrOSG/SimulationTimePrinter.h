@@ -8,13 +8,14 @@
 
 namespace vyrOSG {
 
-/// A listener that keeps one line, "Time: 1.250 s", on the display. Add it to the simulation whose time it prints.
+/// A listener that keeps one line, "Time: 1.250 s", on the display: the time of the simulation that the manager listens
+/// to.
 class VYROSG_EXPORT SimulationTimePrinter : public vyrSDK::GuiEventListener {
 public:
   /// Nullable: manager; without one nothing is printed. *Retains*.
   explicit SimulationTimePrinter(vyrOSG::HudTextManager* manager);
 
-  /// Writes the line through the manager. Without a simulation there is no line.
+  /// Writes the line through the manager. While the manager is in no simulation there is no line.
   virtual void updateHud();
 
   /// Once a frame: writes the line. The position of the pointer does not matter.

@@ -1,0 +1,45 @@
+# The commands of everyday work; each one installs and builds what it needs first.
+
+.PHONY: setup build run test sanitize-build sanitize bench format tidy manifests clean
+
+JOBS ?= $(shell nproc)
+
+setup:
+	@scripts/setup.sh
+
+build: setup
+	@mkdir -p build
+	@cmake --preset release >build/configure.log 2>&1 || { cat build/configure.log; exit 1; }
+	cmake --build build -j $(JOBS)
+
+# The tour: the examples, rendered without a display, as pictures in build/tour.
+run: build
+	@scripts/tour.sh
+
+# Everything once as released, then the same tests under AddressSanitizer and UndefinedBehaviorSanitizer.
+test: build sanitize-build
+	@scripts/test.sh
+
+sanitize-build: setup
+	@mkdir -p build-asan
+	@cmake --preset asan >build-asan/configure.log 2>&1 || { cat build-asan/configure.log; exit 1; }
+	cmake --build build-asan -j $(JOBS)
+
+sanitize: sanitize-build
+	ctest --test-dir build-asan --output-on-failure -j $(JOBS)
+
+bench: build
+	@scripts/bench.sh
+
+format: setup
+	git ls-files '*.cpp' '*.h' | xargs clang-format -i
+
+tidy: build
+	git ls-files 'plugin/*.cpp' 'binding/*.cpp' 'host/*.cpp' 'toolkit/*.cpp' | xargs clang-tidy -p build --quiet
+
+# Rewrites the committed texts of the bound interface after a wanted change.
+manifests: build
+	cmake --build build --target manifests
+
+clean:
+	rm -rf build build-asan build-dev

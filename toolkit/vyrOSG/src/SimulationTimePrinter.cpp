@@ -1,0 +1,36 @@
+#include <vyrOSG/SimulationTimePrinter.h>
+
+#include <cstdio>
+
+namespace vyrOSG {
+
+SimulationTimePrinter::SimulationTimePrinter(vyrOSG::HudTextManager* manager)
+    : m_manager(manager)
+    , m_text(new HudTextManager::ReferencedText(std::string())) {
+  if (m_manager)
+    m_manager->addReferencedText(m_text.get());
+}
+
+SimulationTimePrinter::~SimulationTimePrinter() {
+  if (m_manager)
+    m_manager->removeReferencedText(m_text.get());
+}
+
+void SimulationTimePrinter::updateHud() {
+  if (!m_manager)
+    return;
+  std::string line;
+  if (const vyrSDK::Simulation* simulation = m_manager->getSimulation()) {
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "Time: %.3f s", simulation->getTime());
+    line = buffer;
+  }
+  m_text->setText(line);
+  m_manager->updateHud();
+}
+
+void SimulationTimePrinter::update(float, float) {
+  updateHud();
+}
+
+} // namespace vyrOSG
