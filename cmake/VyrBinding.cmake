@@ -1,4 +1,5 @@
 # Functions that turn module descriptions into generated bindings and script plugins.
+include_guard(GLOBAL)
 set(VYR_BINDING_DIR ${PROJECT_SOURCE_DIR}/binding)
 set(VYR_MANIFEST_DIRECTORY ${VYR_GENERATED_DIRECTORY}/manifests)
 

@@ -3,7 +3,8 @@
 --   types { a b c }        the type names to declare, in this order; once a module, at the top
 --   collected;             in a class: the module registers the class with a collector
 --   guard f, g;            calls of f and g ask vyrBinding::guards::f and ::g first (see support/vyrBinding/Guards.h)
---   enumeration ns::E;     ns::E is an enumeration whose constants another module registers
+--   enumeration ns::E;     ns::E is an enumeration whose constants stand further down or in another module
+--   constant NAME = 1;     a number of the scripts alone, without a C++ name
 
 -- The strings and sizes of the toolkit, beside those that the generator knows.
 for _, name in ipairs({ "vyr::VyrString<std::string>", "vyr::String" }) do
@@ -70,6 +71,12 @@ function parser_hook(code)
     declareEnumeration(names)
     return string.sub(code, last + 1)
   end
+  local value
+  _, last, names, value = string.find(code, "^%s*constant%s+([%w_]+)%s*=%s*([^;]-)%s*;")
+  if last then
+    append(setmetatable({ lname = names, name = value, vyrValue = value }, classDefine))
+    return string.sub(code, last + 1)
+  end
   -- The generator would register a class of that name.
   if string.find(code, "^%s*class%s+[%w_:]+%s*;") or string.find(code, "^%s*struct%s+[%w_:]+%s*;") then
     _curr_code = code
@@ -92,6 +99,18 @@ function Enumerate(name, body, variable)
   local enumeration = stockEnumerate(name, body, variable)
   enumeration.vyrValues = values
   return enumeration
+end
+
+-- As for enumerators: "#define NAME 1" shows and asserts its value.
+local stockDoparse = classContainer.doparse
+function classContainer:doparse(code)
+  local value = string.match(code, "^%s*#define%s+%S+[ \t]+([^\n]-)[ \t]*\n")
+  local before = self.n
+  local rest = stockDoparse(self, code)
+  if value and self.n == before + 1 and getmetatable(self[self.n]) == classDefine then
+    self[self.n].vyrValue = value
+  end
+  return rest
 end
 
 -- Namespaces that are opened again start their overload counts anew; a name in both would clash as a C++ function.

@@ -100,7 +100,7 @@ function visit(member, path, container)
       add("constant", string.format("%s%s = %s", path, member.lnames[i], member.vyrValues[member[i]] or "?"))
     end
   elseif meta == classDefine then
-    add("constant", path .. member.lname .. " = " .. member.name)
+    add("constant", path .. member.lname .. " = " .. (member.vyrValue or member.name))
   elseif meta == classArray then
     add("array", string.format("%s%s %s[%s]", path, member.lname, vyr.plainType(member), member.dim))
   elseif meta == classVariable then

@@ -102,6 +102,10 @@ function classClass:register(indent)
   if not vyr.isDeclared[self.type] then
     vyr.fail("the class '" .. self.type .. "' is not listed under types { }")
   end
+  -- The runtime would leave such a class table without a metatable: no calls, no members.
+  if self.btype ~= "" and not vyr.isDeclared[self.btype] then
+    vyr.fail("the base '" .. self.btype .. "' of '" .. self.type .. "' is not listed under types { }")
+  end
   push(self)
   local arguments = string.format("%s, %s, %s, %s", S, quoted(self.lname), quoted(self.type), quoted(self.btype))
   if self.vyrCollected then
@@ -136,6 +140,9 @@ function classEnumerate:register(indent)
 end
 
 function classDefine:register(indent)
+  if self.vyrValue and self.vyrValue ~= self.name then
+    line(string.format('%sstatic_assert(%s == (%s), "%s has another value");', indent, self.name, self.vyrValue, self.name))
+  end
   line(string.format('%stolua_constant(%s, "%s", static_cast<lua_Number>(%s));', indent, S, self.lname, self.name))
 end
 

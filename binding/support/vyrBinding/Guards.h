@@ -12,32 +12,27 @@ namespace guards {
 
 /// The scene-graph library does not check these indices.
 template <class Node>
-bool getParent(Node& node, unsigned int index)
-{
+bool getParent(Node& node, unsigned int index) {
   return index < node.getNumParents();
 }
 template <class Group>
-bool getChild(Group& group, unsigned int index)
-{
+bool getChild(Group& group, unsigned int index) {
   return index < group.getNumChildren();
 }
 template <class Geode>
-bool getDrawable(Geode& geode, unsigned int index)
-{
+bool getDrawable(Geode& geode, unsigned int index) {
   return index < geode.getNumDrawables();
 }
 
 /// A geode is no group for scripts, although the scene-graph library derives it from one.
 template <class Node>
-bool asGroup(Node& node)
-{
+bool asGroup(Node& node) {
   return node.asGeode() == nullptr;
 }
 
 /// Heights stand at column + row * columns of the height array, which may be shorter than the grid.
 template <class HeightField>
-bool setHeight(HeightField& field, unsigned int column, unsigned int row, float)
-{
+bool setHeight(HeightField& field, unsigned int column, unsigned int row, float) {
   const std::size_t index = column + static_cast<std::size_t>(row) * field.getNumColumns();
   return index < field.getHeightList().size();
 }
@@ -51,15 +46,13 @@ struct ElementCount {
 };
 
 template <class T>
-bool isElement(long index)
-{
+bool isElement(long index) {
   return ElementCount<T>::kValue == 0 || (index >= 0 && index < ElementCount<T>::kValue);
 }
 
 /// Reads an element; 0 outside of the elements.
 template <class T, class Index>
-auto element(T& object, Index index) -> std::decay_t<decltype(object[index])>
-{
+auto element(T& object, Index index) -> std::decay_t<decltype(object[index])> {
   if (!isElement<std::remove_const_t<T>>(static_cast<long>(index)))
     return {};
   return object[index];
@@ -67,8 +60,7 @@ auto element(T& object, Index index) -> std::decay_t<decltype(object[index])>
 
 /// Writes an element; nothing happens outside of the elements.
 template <class T, class Index, class Value>
-void setElement(T& object, Index index, Value value)
-{
+void setElement(T& object, Index index, Value value) {
   if (isElement<std::remove_const_t<T>>(static_cast<long>(index)))
     object[index] = value;
 }

@@ -11,8 +11,7 @@ namespace vyrBinding {
 
 /// Truncates toward zero; what does not fit, and NaN, gives the smallest value, as x86-64's own conversion does.
 template <class Signed>
-Signed truncate(double value)
-{
+Signed truncate(double value) {
   // -limit is a power of two and so exact as a double, unlike the largest value.
   constexpr double kLimit = -static_cast<double>(std::numeric_limits<Signed>::min());
   if (value >= -kLimit && value < kLimit)
@@ -22,11 +21,11 @@ Signed truncate(double value)
 
 /// Converts a Lua number to `T`: truncation toward zero for integers and enumerations, narrowing for float.
 ///
-/// Out of range and NaN: `int` gives its smallest value, `unsigned int` the low 32 bits of the 64-bit truncation, narrower
-/// integers the low bits of the 32-bit one; 64-bit unsigned integers keep the upper half of their range and give 0 above it.
+/// Out of range and NaN: `int` gives its smallest value, `unsigned int` the low 32 bits of the 64-bit truncation,
+/// narrower integers the low bits of the 32-bit one; 64-bit unsigned integers keep the upper half of their range and
+/// give 0 above it.
 template <class T>
-T convertNumber(double value)
-{
+T convertNumber(double value) {
   if constexpr (std::is_same_v<T, bool>)
     return value != 0;
   else if constexpr (std::is_floating_point_v<T>)
@@ -40,8 +39,7 @@ T convertNumber(double value)
     if (value >= kHalf)
       return value < 2 * kHalf ? static_cast<T>(truncate<std::int64_t>(value - kHalf)) ^ (T{1} << 63) : T{0};
     return static_cast<T>(truncate<std::int64_t>(value));
-  }
-  else if constexpr (sizeof(T) < 4)
+  } else if constexpr (sizeof(T) < 4)
     return static_cast<T>(truncate<std::int32_t>(value));
   else
     return static_cast<T>(truncate<std::int64_t>(value));
@@ -49,8 +47,7 @@ T convertNumber(double value)
 
 /// The number at `position`, or `fallback` where the argument is absent.
 template <class T>
-T toNumber(lua_State* state, int position, lua_Number fallback)
-{
+T toNumber(lua_State* state, int position, lua_Number fallback) {
   return convertNumber<T>(tolua_tonumber(state, position, fallback));
 }
 

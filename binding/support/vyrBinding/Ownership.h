@@ -13,27 +13,27 @@ namespace vyrBinding {
 template <class T, class = void>
 struct HasToolkitCount : std::false_type {};
 template <class T>
-struct HasToolkitCount<T, std::void_t<decltype(std::declval<const T&>().getReferenceCount(), std::declval<const T&>().unref())>>
-  : std::true_type {};
+struct HasToolkitCount<
+    T, std::void_t<decltype(std::declval<const T&>().getReferenceCount(), std::declval<const T&>().unref())>>
+    : std::true_type {};
 
 template <class T, class = void>
 struct HasSceneCount : std::false_type {};
 template <class T>
-struct HasSceneCount<T, std::void_t<decltype(std::declval<const T&>().referenceCount(), std::declval<const T&>().unref())>>
-  : std::true_type {};
+struct HasSceneCount<T,
+                     std::void_t<decltype(std::declval<const T&>().referenceCount(), std::declval<const T&>().unref())>>
+    : std::true_type {};
 
 /// Takes the reference that Lua's collector will drop; nothing for plain values.
 template <class T>
-void retain(const T* object)
-{
+void retain(const T* object) {
   if constexpr (HasToolkitCount<T>::value || HasSceneCount<T>::value)
     object->ref();
 }
 
 /// As `retain`, for classes that only the explicit mode gives a collector.
 template <class T>
-void retainIfExplicit([[maybe_unused]] const T* object)
-{
+void retainIfExplicit([[maybe_unused]] const T* object) {
 #ifdef VYROSG_EXPLICIT_COLLECTORS
   retain(object);
 #endif
@@ -42,23 +42,20 @@ void retainIfExplicit([[maybe_unused]] const T* object)
 /// A collector's work: drops Lua's reference, or deletes a plain value. An object whose count is 0 is left alone:
 /// nobody counts on Lua for it. Nullable: object.
 template <class T>
-void release(T* object)
-{
+void release(T* object) {
   if constexpr (HasSceneCount<T>::value) {
     if (object != nullptr && object->referenceCount() > 0)
       object->unref();
-  }
-  else if constexpr (HasToolkitCount<T>::value) {
+  } else if constexpr (HasToolkitCount<T>::value) {
     if (object != nullptr && object->getReferenceCount() > 0)
       object->unref();
-  }
-  else
+  } else
     delete object;
 }
 
-/// Makes the runtime forget the object of the userdata at `position`: later calls see a null self, and collection does nothing.
-inline void forget(lua_State* state, int position)
-{
+/// Makes the runtime forget the object of the userdata at `position`: later calls see a null self, and collection does
+/// nothing.
+inline void forget(lua_State* state, int position) {
   void** box = static_cast<void**>(lua_touserdata(state, position));
   if (box == nullptr || *box == nullptr)
     return;
@@ -92,8 +89,7 @@ inline void forget(lua_State* state, int position)
 
 /// A script's `delete`: the object goes, and Lua forgets it first, so that collection cannot delete it again.
 template <class T>
-void destroy(lua_State* state, T* object)
-{
+void destroy(lua_State* state, T* object) {
   forget(state, 1);
   delete object;
 }

@@ -10,22 +10,19 @@ namespace vyrBinding {
 
 /// Raises a Lua error; the result only lets wrappers return it.
 /// The caller holds no local with a destructor: raising may jump over destructors.
-inline int raise(lua_State* state, const char* text, tolua_Error* record = nullptr)
-{
+inline int raise(lua_State* state, const char* text, tolua_Error* record = nullptr) {
   vyrLua::error(state, text, record);
   return 0;
 }
 
 /// The string at `position`, or `fallback` where it is absent; never null, a null string reads as "".
-inline const char* toText(lua_State* state, int position, const char* fallback)
-{
+inline const char* toText(lua_State* state, int position, const char* fallback) {
   const char* text = tolua_tostring(state, position, fallback);
   return text != nullptr ? text : "";
 }
 
 /// Tests for an object that a C++ reference can be bound to: not nil, of the type, and not deleted.
-inline bool isReference(lua_State* state, int position, const char* type, int isOptional, tolua_Error* record)
-{
+inline bool isReference(lua_State* state, int position, const char* type, int isOptional, tolua_Error* record) {
   if (tolua_isvaluenil(state, position, record) || !tolua_isusertype(state, position, type, isOptional, record))
     return false;
   if (tolua_tousertype(state, position, nullptr) != nullptr)
@@ -38,28 +35,24 @@ inline bool isReference(lua_State* state, int position, const char* type, int is
 
 /// The bare pointer of a pointer or of a smart pointer.
 template <class T>
-T* raw(T* pointer)
-{
+T* raw(T* pointer) {
   return pointer;
 }
 template <class Pointer>
-auto raw(const Pointer& pointer) -> decltype(pointer.get())
-{
+auto raw(const Pointer& pointer) -> decltype(pointer.get()) {
   return pointer.get();
 }
 
 /// Pushes an object that Lua only points at, under a type name; nil for null. `T` may be const.
 template <class T>
-void pushPointer(lua_State* state, T* object, const char* type)
-{
+void pushPointer(lua_State* state, T* object, const char* type) {
   // The runtime keeps plain void*; the type name carries the const.
   tolua_pushusertype(state, const_cast<void*>(static_cast<const void*>(object)), type);
 }
 
 /// Pushes a heap copy of `value` that Lua owns.
 template <class T>
-void pushCopy(lua_State* state, const T& value, const char* type)
-{
+void pushCopy(lua_State* state, const T& value, const char* type) {
   tolua_pushusertype(state, new T(value), type);
   tolua_register_gc(state, lua_gettop(state));
 }
