@@ -1,6 +1,7 @@
 // Owns the Lua state and the script plugins that fill it.
 #include <vyrLua/ScriptManager.h>
 
+#include <vyrLua/ObjectRetirer.h>
 #include <vyrLua/ProtectedCall.h>
 
 #include "PluginLibrary.h"
@@ -60,6 +61,9 @@ ScriptManager::~ScriptManager() {
     entry->plugin->close();
   lua_close(m_state);
   m_state = nullptr;
+  if (m_retirer)
+    m_retirer->stop();
+  m_retirer.reset();
   while (!m_plugins.empty())
     m_plugins.pop_back();
   while (!m_libraries.empty())
@@ -132,6 +136,8 @@ void ScriptManager::addScriptPlugin(ScriptPlugin* plugin) {
     VYR_NOTIFY(vyr::NOTIFY_ERROR) << "ScriptManager::addScriptPlugin: the plugin is null";
     return;
   }
+  if (m_retirer)
+    m_retirer->refresh();
   const std::string name = plugin->getName();
   for (LoadedPlugin& entry : m_plugins) {
     if (entry.name == name) {
@@ -177,6 +183,12 @@ std::string ScriptManager::getScriptPluginFile(const std::string& name) const {
     if (entry.name == name)
       return entry.file;
   return {};
+}
+
+ObjectRetirer& ScriptManager::getObjectRetirer() {
+  if (!m_retirer)
+    m_retirer = std::make_unique<ObjectRetirer>(m_state);
+  return *m_retirer;
 }
 
 void ScriptManager::addSearchPath(const std::string& directory) {

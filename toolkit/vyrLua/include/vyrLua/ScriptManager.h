@@ -15,6 +15,7 @@ struct lua_State;
 
 namespace vyrLua {
 
+class ObjectRetirer;
 class PluginLibrary;
 
 /// Loads script plugins into one Lua state and unloads them in the right order.
@@ -93,6 +94,10 @@ public:
   /// The names of the plugins that the search directories offer, sorted.
   std::vector<std::string> findAvailablePlugins() const;
 
+  /// From the first call on, objects that are destroyed while Lua points at them become errors instead of stray
+  /// pointers. *Returns inner*
+  ObjectRetirer& getObjectRetirer();
+
   const std::string& getVersion() const { return m_version; }
   lua_State* getLuaState() const { return m_state; }
 
@@ -119,6 +124,7 @@ private:
   std::vector<std::unique_ptr<PluginLibrary>> m_libraries;
   std::vector<std::string> m_loading;
   std::vector<std::string> m_extraPaths;
+  std::unique_ptr<ObjectRetirer> m_retirer;
 };
 
 } // namespace vyrLua
