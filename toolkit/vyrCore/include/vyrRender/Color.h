@@ -2,6 +2,7 @@
 #pragma once
 
 #include <vyr/Vec4.h>
+#include <vyr/Vector.h>
 #include <vyrCore/export.h>
 
 #include <string>
@@ -32,5 +33,8 @@ public:
   static Color Yellow() { return {1, 1, 0}; }
   static Color Orange() { return {1, 0.647, 0}; }
 };
+
+/// Colours in a row, such as the steps of a scale.
+using ColorVector = vyr::Vector<Color, vyr::ByteAllocator>;
 
 } // namespace vyrRender

@@ -1,0 +1,30 @@
+/// Lists of the toolkit as Lua tables.
+#include <vyrScript/ListSupport.h>
+
+namespace vyrScript {
+
+void pushConstraint(lua_State* L, vyr::Constraint* constraint) {
+  tolua_pushusertype(L, constraint, "vyr::Constraint");
+}
+
+lua_Object contactsOf(const vyrSDK::Simulation* simulation, lua_State* L) {
+  const std::vector<vyrSDK::Contact>& contacts = simulation->getContacts();
+  lua_createtable(L, static_cast<int>(contacts.size()), 0);
+  for (std::size_t i = 0; i < contacts.size(); ++i) {
+    tolua_pushusertype(L, new vyrSDK::Contact(contacts[i]), "vyrSDK::Contact");
+    tolua_register_gc(L, lua_gettop(L));
+    lua_rawseti(L, -2, static_cast<int>(i + 1));
+  }
+  return lua_gettop(L);
+}
+
+lua_Object pushStrings(lua_State* L, const std::vector<std::string>& strings) {
+  lua_createtable(L, static_cast<int>(strings.size()), 0);
+  for (std::size_t i = 0; i < strings.size(); ++i) {
+    lua_pushlstring(L, strings[i].data(), strings[i].size());
+    lua_rawseti(L, -2, static_cast<int>(i + 1));
+  }
+  return lua_gettop(L);
+}
+
+} // namespace vyrScript
