@@ -3,29 +3,20 @@
 
 #include <vyrOSG/utils.h>
 
-#include <vyr/ref_ptr.h>
-
 namespace vyrOSG {
 
-namespace {
-
-/// The instance is made on first use and leaves with the process, after the groups that applications hold.
-vyr::ref_ptr<OSGSceneRoot>& holder() {
-  static vyr::ref_ptr<OSGSceneRoot> s_instance;
-  return s_instance;
+OSGSceneRoot::OSGSceneRoot() {
+  vyrUtil::SceneRoot::setInstance(this);
 }
 
-} // namespace
-
-OSGSceneRoot::OSGSceneRoot() = default;
-OSGSceneRoot::~OSGSceneRoot() = default;
+OSGSceneRoot::~OSGSceneRoot() {
+  if (vyrUtil::SceneRoot::getInstance() == this)
+    vyrUtil::SceneRoot::setInstance(nullptr);
+}
 
 OSGSceneRoot* OSGSceneRoot::instance() {
-  if (!holder()) {
-    holder() = new OSGSceneRoot;
-    vyrUtil::SceneRoot::setInstance(holder().get());
-  }
-  return holder().get();
+  static OSGSceneRoot s_instance;
+  return &s_instance;
 }
 
 void OSGSceneRoot::create(vyrOSG::Group* root) {

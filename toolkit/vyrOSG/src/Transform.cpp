@@ -44,8 +44,8 @@ void Transform::setMatrix(const vyr::AffineMatrix4x4& matrix) {
 void Transform::setScale(const vyr::Vec3& scale) {
   for (int i = 0; i < 3; ++i) {
     if (!std::isfinite(scale[i]) || scale[i] == 0) {
-      VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::Transform::setScale: the scale (" << scale[0] << ", " << scale[1] << ", " << scale[2]
-                    << ") of '" << getName() << "' is zero or not finite";
+      VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::Transform::setScale: the scale (" << scale[0] << ", " << scale[1]
+                                    << ", " << scale[2] << ") of '" << getName() << "' is zero or not finite";
       return;
     }
   }

@@ -54,7 +54,12 @@ public:
   /// The node drawn for a flag (*returns inner*). Nullable: null where none was set.
   osg::Node* getRenderChild(RenderFlag flag);
 
-  /// Takes over the geometry's transform now, without waiting for the update traversal.
+  /// Fineness of round surfaces of the shape's drawing, 0 (coarse) to 1 and above; default 0.3.
+  void setDetailRatio(float detailRatio);
+  float getDetailRatio() const { return m_detailRatio; }
+
+  /// Takes over the geometry's transform, and its shape where that changed, now, without waiting for the update
+  /// traversal.
   void update();
 
   void traverse(osg::NodeVisitor& visitor) override;
@@ -64,16 +69,21 @@ protected:
 
 private:
   void showSelected();
+  void rebuildMesh();
 
   vyr::observer_ptr<vyrCollide::Geometry> m_geometry;
   osg::ref_ptr<osg::Node> m_renderData;
   osg::ref_ptr<osg::Node> m_geometryData;
   osg::ref_ptr<osg::Node> m_shown;
+  osg::ref_ptr<osg::Node> m_ownMesh;
   RenderFlag m_selected = RENDER_DATA;
+  float m_detailRatio = 0.3f;
+  unsigned int m_revision = 0;
   bool m_autoRemove = true;
   bool m_hadGeometry = false;
   bool m_wasSimulated = false;
   bool m_hidden = false;
+  bool m_leaving = false;
 };
 
 } // namespace vyrOSG

@@ -28,11 +28,10 @@ public:
   /// Draws a geometry under the group. Nullable: geometry. False if there is no geometry, no group or nothing to draw.
   bool createVisual(vyrCollide::Geometry* geometry, float detailRatio = 0.3f) override;
 
-protected:
+private:
   OSGSceneRoot();
   ~OSGSceneRoot() override;
 
-private:
   osg::ref_ptr<vyrOSG::Group> m_root;
 };
 

@@ -3,10 +3,13 @@
 
 #include <vyrOSG/export.h>
 
-#include <vyr/ParticleSystem.h>
 #include <vyr/observer_ptr.h>
 
 #include <osg/Geometry>
+
+namespace vyr {
+class ParticleSystem;
+}
 
 namespace vyrOSG {
 

@@ -5,9 +5,9 @@
 
 #include <vyr/AffineMatrix4x4.h>
 #include <vyr/RigidBody.h>
-#include <vyr/String.h>
 #include <vyr/Vec3.h>
 #include <vyr/VectorPOD.h>
+#include <vyr/VyrString.h>
 #include <vyrCollide/Geometry.h>
 #include <vyrCollide/Trimesh.h>
 #include <vyrSDK/Simulation.h>

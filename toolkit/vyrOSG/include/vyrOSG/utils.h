@@ -137,10 +137,10 @@ VYROSG_EXPORT void setAmbientColor(osg::Node* node, const vyr::Vec4& color);
 /// How opaque a node and all below it are: 0 (invisible) to 1, brought into that range. NaN is refused. Nullable: node.
 VYROSG_EXPORT void setAlpha(osg::Node* node, float alpha);
 
-/// Draws a geometry under a group (*returns inner*: the group retains it); a geometry that is drawn there already gives
-/// the node that draws it. detailRatio: fineness of round surfaces, 0 (coarse) to 1 and above. createAxes: draws its
-/// frame too. evenIfSensor: sensors are drawn, translucent, else they are left out.
-/// Nullable: geometry, group, result (nothing is drawn).
+/// Draws a geometry under a group (*returns inner*: the group retains it). What stands still is grey, what moves takes
+/// the colours of a palette in turn. detailRatio: fineness of round surfaces, 0 (coarse) to 1 and above. createAxes:
+/// draws its frame too. evenIfSensor: sensors are drawn, translucent, else they are left out. Nullable: geometry,
+/// group, result (nothing is drawn).
 VYROSG_EXPORT vyrOSG::GeometryNode* createVisual(const vyrCollide::Geometry* geometry, vyrOSG::Group* group,
                                                  float detailRatio = 0.3f, bool createAxes = false,
                                                  bool evenIfSensor = false);
