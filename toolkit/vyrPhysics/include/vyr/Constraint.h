@@ -48,7 +48,7 @@ public:
 
   /// A constraint that is not enabled does nothing. Default: true.
   void setEnable(bool enable);
-  bool getEnable() const { return m_enable; }
+  bool getEnable() const;
 
   /// Two bodies that are tied together touch each other only if this is set. Default: false. Takes effect when the
   /// constraint enters a simulation.
@@ -59,7 +59,8 @@ public:
   void setBreakForce(double force);
   double getBreakForce() const { return m_breakForce; }
 
-  /// Force that the constraint put on the first body in the last step, world, N; its motor's and limits' part included.
+  /// Force that the constraint put on the first body (without one: against the second) in the last step, world, N; its
+  /// motor's and limits' part included.
   Vec3 getForce() const;
 
   /// Torque that the constraint put on the first body in the last step about its centre of mass, world, N m.

@@ -21,7 +21,8 @@ struct RigidBodyNative;
 /// A rigid body. Its frame is free: the centre of mass follows from the geometries and need not be its origin.
 ///
 /// Mass, centre of mass and inertia come from the volumes and densities of the geometries (sensors left out) until
-/// setMass or setInertia says otherwise; a body without volume has 1 kg and the inertia of its bounding box.
+/// setMass or setInertia says otherwise; a body without volume has 1 kg and the inertia of its bounding box (without
+/// any extent, of a cube of 1 m).
 class VYRPHYSICS_EXPORT RigidBody : public Referenced {
 public:
   enum MotionControl {
@@ -130,8 +131,11 @@ private:
   friend class vyrSDK::Simulation;
   friend class vyrCollide::Geometry;
 
+  /// Makes the engine's shape and mass again after a change of the geometries or of the motion control.
   void rebuild();
+  void collectMassProperties();
   void applyMassProperties();
+  void placeShapes();
 
   String m_name;
   std::vector<ref_ptr<vyrCollide::Geometry>> m_geometries;

@@ -82,9 +82,14 @@ private:
   friend class vyr::RigidBody;
   friend class vyrSDK::Simulation;
 
+  /// Makes the engine's shape again, for a body that moves or not; `index`: place among the body's geometries.
+  void createInstance(bool moving, int index);
+  void changed();
+
   vyr::ref_ptr<Shape> m_shape;
   vyr::ref_ptr<vyr::Material> m_material;
   vyr::RigidBody* m_body = nullptr;
+  vyrSDK::Simulation* m_simulation = nullptr; ///< of a geometry without a body
   vyr::AffineMatrix4x4 m_localTransform;
   vyr::String m_name;
   bool m_sensor = false;

@@ -63,6 +63,8 @@ private:
   friend class Simulation;
 
   bool contains(const Assembly* assembly) const;
+  void enter(Simulation* simulation);
+  void leave();
 
   vyr::String m_name;
   std::vector<vyr::ref_ptr<vyr::RigidBody>> m_bodies;

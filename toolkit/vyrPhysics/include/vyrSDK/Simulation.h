@@ -78,7 +78,7 @@ public:
   /// A step within a step (from a listener) is refused: false, with one error message.
   bool step();
 
-  /// Steps until the clock shows at least `time` (s).
+  /// Steps until the clock shows `time` (s), to the nearest step.
   void stepTo(double time);
 
   /// Length of a step in s, above 0. Default: 1/60. Other values are refused with one error message.
@@ -145,7 +145,14 @@ private:
 
   void insertBody(vyr::RigidBody* body);
   void withdrawBody(vyr::RigidBody* body);
+  void insertGeometry(vyrCollide::Geometry* geometry);
+  void withdrawGeometry(vyrCollide::Geometry* geometry);
+  void refresh(vyrCollide::Geometry* geometry);
+  void insertConstraint(vyr::Constraint* constraint);
+  void withdrawConstraint(vyr::Constraint* constraint);
+  void refreshConstraints(const vyr::RigidBody* body);
   void moveKinematicBodies();
+  void advance();
   void updateSolver();
 
   std::unique_ptr<SimulationNative> m_native;

@@ -1,0 +1,58 @@
+/// Conversions between the toolkit's small mathematics and the collision engine's.
+#pragma once
+
+#include <vyr/AffineMatrix4x4.h>
+#include <vyr/Quat.h>
+#include <vyr/Vec3.h>
+
+#include <LinearMath/btTransform.h>
+
+namespace vyrPhysics {
+
+// Contact forces of stacks and the repeatability promise are stated for double precision.
+static_assert(sizeof(btScalar) == 8, "the collision engine must be the one built for double precision");
+
+inline btVector3 toBullet(const vyr::Vec3& v) {
+  return btVector3(v.x(), v.y(), v.z());
+}
+
+inline vyr::Vec3 fromBullet(const btVector3& v) {
+  return vyr::Vec3(v.x(), v.y(), v.z());
+}
+
+inline btQuaternion toBullet(const vyr::Quat& q) {
+  return btQuaternion(q.x(), q.y(), q.z(), q.w());
+}
+
+inline vyr::Quat fromBullet(const btQuaternion& q) {
+  return vyr::Quat(q.x(), q.y(), q.z(), q.w());
+}
+
+/// The rigid part of a transform: rows are made orthonormal in turn, so scale and shear are left out.
+inline btTransform toBullet(const vyr::AffineMatrix4x4& m) {
+  btVector3 x(m(0, 0), m(0, 1), m(0, 2));
+  btVector3 y(m(1, 0), m(1, 1), m(1, 2));
+  btMatrix3x3 basis = btMatrix3x3::getIdentity();
+  const bool orthonormal =
+      m(0, 0) == 1.0 && m(1, 1) == 1.0 && m(2, 2) == 1.0 && x.length2() == 1.0 && y.length2() == 1.0;
+  if (!orthonormal && x.length2() > 0.0) {
+    x.normalize();
+    y -= x * x.dot(y);
+    if (y.length2() > 0.0) {
+      y.normalize();
+      const btVector3 z = x.cross(y);
+      // Row vectors there, column vectors here: the rows become columns.
+      basis.setValue(x.x(), y.x(), z.x(), x.y(), y.y(), z.y(), x.z(), y.z(), z.z());
+    }
+  }
+  return btTransform(basis, btVector3(m(3, 0), m(3, 1), m(3, 2)));
+}
+
+inline vyr::AffineMatrix4x4 fromBullet(const btTransform& t) {
+  const btMatrix3x3& b = t.getBasis();
+  const btVector3& o = t.getOrigin();
+  return vyr::AffineMatrix4x4(b[0][0], b[1][0], b[2][0], 0.0, b[0][1], b[1][1], b[2][1], 0.0, b[0][2], b[1][2], b[2][2],
+                              0.0, o.x(), o.y(), o.z(), 1.0);
+}
+
+} // namespace vyrPhysics
