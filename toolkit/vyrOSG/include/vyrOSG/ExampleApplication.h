@@ -65,7 +65,7 @@ public:
   /// Makes viewer and context. @param createWindow false keeps to drawing without a window (EGL) or not at all.
   /// @param realize whether the context is made ready at once instead of with the first frame. False without graphics
   /// although a window or EGL was asked for by name; the simulation alone (NONE) is true.
-  virtual bool setupViewer(bool createWindow, bool realize);
+  virtual bool setupViewer(bool createWindow, bool realize = true);
 
   /// Reads the arguments (*retains*), sets up decorator, groups and simulation. False, with one error line, when an
   /// argument is malformed. Nullable: null is no arguments.
@@ -239,7 +239,7 @@ public:
   void addRenderToTexture(vyrOSG::RenderToTexture* target);
   /// Draws a frame and writes it; "" takes the next free "screenshot_0000.png". An image that cannot be written is one
   /// error line and an exit code 1 of `run`.
-  void takeScreenShot(const vyr::VyrString<std::string>& file);
+  void takeScreenShot(const vyr::VyrString<std::string>& file = vyr::VyrString<std::string>());
   /// *Returns inner*.
   ImageCapture* getImageCapture() { return m_imageCapture.get(); }
   /// Whether captures take their pace from simulated time (default) instead of the wall clock.
