@@ -10,6 +10,7 @@
 #include <vyrCollide/Geometry.h>
 
 #include <osg/PolygonMode>
+#include <osg/Uniform>
 
 #include <algorithm>
 #include <cmath>
@@ -119,6 +120,16 @@ void setEnableLight(bool enable, int lightNumber, osg::Node* node) {
   stateSet->setDefine("VYR_NO_LIGHT" + std::to_string(lightNumber),
                       (enable ? osg::StateAttribute::OFF : osg::StateAttribute::ON) | osg::StateAttribute::OVERRIDE |
                           osg::StateAttribute::PROTECTED);
+}
+
+void setUniformInt(osg::Node* node, const std::string& name, int value) {
+  if (node)
+    node->getOrCreateStateSet()->addUniform(new osg::Uniform(name.c_str(), value), osg::StateAttribute::ON);
+}
+
+void setUniformFloat(osg::Node* node, const std::string& name, float value) {
+  if (node)
+    node->getOrCreateStateSet()->addUniform(new osg::Uniform(name.c_str(), value), osg::StateAttribute::ON);
 }
 
 bool forceWireFrameModeOn(osg::Node* node) {

@@ -85,6 +85,12 @@ VYROSG_EXPORT bool setTexture(osg::Node* node, osg::Texture2D* texture, bool rep
 VYROSG_EXPORT bool addText(const vyrCollide::Geometry* geometry, vyrOSG::Group* group, const std::string& text,
                            const vyr::Vec3& localPosition, const vyr::Vec4& color, double size);
 
+/// Gives a node a new integer shader uniform, in place of one of that name. Nullable: node (nothing changes).
+VYROSG_EXPORT void setUniformInt(osg::Node* node, const std::string& name, int value);
+
+/// Gives a node a new single-precision shader uniform, in place of one of that name. Nullable: node (nothing changes).
+VYROSG_EXPORT void setUniformFloat(osg::Node* node, const std::string& name, float value);
+
 /// The text that addText added as number index, from 0 (*returns inner*). Nullable: null where there is none.
 VYROSG_EXPORT osgText::Text* findText(const vyrCollide::Geometry* geometry, vyrOSG::Group* group, size_t index = 0);
 
