@@ -1,15 +1,19 @@
 // The program `vyr`: runs Lua scripts with the toolkit's script plugins loaded.
 #include "CommandLine.h"
+#include "Doctor.h"
 #include "ExitCode.h"
 #include "Interpreter.h"
 #include "MessageSink.h"
+#include "Plugins.h"
 #include "Prompt.h"
+#include "SceneDeleteHandler.h"
 
+#include <vyrLua/ObjectRetirer.h>
 #include <vyrLua/ScriptManager.h>
 
-#include <tolua++.h>
-
-#include <osg/Version>
+extern "C" {
+#include <lua.h>
+}
 
 #include <unistd.h>
 
@@ -20,12 +24,6 @@
 namespace {
 
 using namespace vyrHost;
-
-constexpr const char* kPlugins[] = {"vyr", "vyrModel", "vyrOSG"};
-
-void printVersion() {
-  std::printf("vyr %s (%s, %s, OpenSceneGraph %s)\n", VYR_VERSION, LUA_RELEASE, TOLUA_VERSION, osgGetVersion());
-}
 
 void printLuaVersion() {
   std::fprintf(stderr, "%s  %s\n", LUA_RELEASE, LUA_COPYRIGHT);
@@ -62,6 +60,7 @@ int runLua(const CommandLine& line) {
   vyrLua::ScriptManager& manager = *vyrLua::ScriptManager::instance(true);
   for (const char* plugin : kPlugins)
     manager.requestScriptPlugin(plugin);
+  installSceneDeleteHandler(manager.getObjectRetirer());
   Interpreter interpreter(manager.getLuaState());
   interpreter.setArguments(line.arguments, line.scriptIndex);
   if (line.seed)
@@ -95,11 +94,14 @@ int run(const CommandLine& line) {
   case CommandLine::VERSION:
     printVersion();
     return EXIT_CODE_OK;
+  case CommandLine::DOCTOR:
+    return runDoctor();
   default:
     break;
   }
   const int code = runLua(line);
   vyrLua::ScriptManager::shutdown();
+  removeSceneDeleteHandler();
   if (code == EXIT_CODE_NO_GRAPHICS)
     explainMissingGraphics();
   return code;
@@ -115,7 +117,8 @@ int main(int argc, char** argv) {
       std::fprintf(stderr, "vyr: %s\nTry 'vyr --help'.\n", error.c_str());
       return EXIT_CODE_USAGE;
     }
-    MessageSink::install(line.verbose);
+    if (line.command != CommandLine::DOCTOR) // It puts each message where it belongs in its findings.
+      MessageSink::install(line.verbose);
     return run(line);
   } catch (const std::exception& exception) {
     std::fprintf(stderr, "vyr: %s\n", exception.what());

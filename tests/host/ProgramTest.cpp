@@ -30,6 +30,20 @@ TEST(Program, WrongUsage) {
   EXPECT_EQ("vyr: option '--gl' cannot take 'vulkan'\nTry 'vyr --help'.\n", outcome.errors);
 }
 
+TEST(Program, DoctorTellsWhatWorks) {
+  const Outcome outcome = runProgram({"doctor"}, "", {"DISPLAY="});
+  EXPECT_THAT(outcome.output, HasSubstr("OpenSceneGraph 3."));
+  EXPECT_THAT(outcome.output, HasSubstr("no window: DISPLAY is not set"));
+  EXPECT_THAT(outcome.output, HasSubstr("egl"));
+  EXPECT_THAT(outcome.output, HasSubstr("vyrModel"));
+  EXPECT_THAT(outcome.output, HasSubstr("lib/vyr/plugins"));
+  EXPECT_THAT(outcome.output, HasSubstr("ffmpeg"));
+}
+
+TEST(Program, DoctorMissesPrograms) {
+  EXPECT_THAT(runProgram({"doctor"}, "", {"PATH=/nowhere"}).output, HasSubstr("Debian package ffmpeg"));
+}
+
 TEST(Program, SeedRepeatsRandomNumbers) {
   const std::vector<std::string> arguments = {"--seed", "7", "-e", "print(math.random(), math.random())"};
   const std::string first = runProgram(arguments).output;

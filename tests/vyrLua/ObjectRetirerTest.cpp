@@ -167,7 +167,7 @@ TEST_F(ObjectRetirer, TypesOfLaterPluginsCountToo) {
   tolua_beginmodule(m_state, nullptr);
   tolua_cclass(m_state, "Hub", "Hub", "", nullptr);
   tolua_endmodule(m_state);
-  ScriptManager::instance(true)->getObjectRetirer().refresh();
+  ScriptManager::instance(true)->getObjectRetirer()->refresh();
   vyr::ref_ptr<Wheel> wheel = new Wheel;
   setGlobal("h", wheel.get(), "Hub");
   wheel = nullptr;
@@ -180,7 +180,7 @@ TEST_F(ObjectRetirer, OtherThreadsLeaveTheirObjectsToTheLuaThread) {
   std::thread([&wheel] { wheel = nullptr; }).join();
   EXPECT_EQ(1, s_alive);
   EXPECT_EQ("12", run("return w:spokes()"));
-  ScriptManager::instance(true)->getObjectRetirer().flush();
+  ScriptManager::instance(true)->getObjectRetirer()->flush();
   EXPECT_EQ(0, s_alive);
   EXPECT_EQ("deleted Wheel", run("return w"));
 }
@@ -193,6 +193,14 @@ TEST_F(ObjectRetirer, ObjectsThatDieWithTheStateDieOnce) {
   tolua_register_gc(m_state, 1);
   ScriptManager::shutdown();
   EXPECT_EQ(0, s_alive);
+}
+
+TEST_F(ObjectRetirer, OutlivesTheStateAndRetiresNothing) {
+  const std::shared_ptr<vyrLua::ObjectRetirer> retirer = ScriptManager::instance(true)->getObjectRetirer();
+  ScriptManager::shutdown();
+  vyr::ref_ptr<Wheel> wheel = new Wheel;
+  retirer->retire(wheel.get());
+  EXPECT_EQ(nullptr, vyr::Referenced::getDeleteHandler());
 }
 
 } // namespace

@@ -92,7 +92,13 @@ ObjectRetirer::ObjectRetirer(lua_State* state)
 }
 
 ObjectRetirer::~ObjectRetirer() {
-  vyr::Referenced::setDeleteHandler(m_previous);
+  stop();
+}
+
+void ObjectRetirer::stop() {
+  m_state = nullptr;
+  if (vyr::Referenced::getDeleteHandler() == this)
+    vyr::Referenced::setDeleteHandler(m_previous);
   flush();
 }
 

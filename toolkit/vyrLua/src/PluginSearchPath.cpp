@@ -59,7 +59,7 @@ std::vector<std::string> pluginSearchPaths(const std::vector<std::string>& extra
     appendOnce(directories, library / kPluginFolder);
   if (const fs::path program = programDirectory(); !program.empty()) {
     appendOnce(directories, program / ".." / "lib" / kPluginFolder);
-    appendOnce(directories, program / kPluginFolder);
+    appendOnce(directories, program / "plugins");
   }
   return directories;
 }

@@ -9,8 +9,8 @@ namespace vyrLua {
 /// The file name of a plugin: "lib" + name + "_luaplugin.so".
 std::string pluginFileName(const std::string& name);
 
-/// The directories of VYR_PLUGIN_PATH, then the given ones, then "vyr/plugins" beside this library and beside the
-/// program; each once, in order.
+/// The directories of VYR_PLUGIN_PATH, then the given ones, then those beside this library and beside the program; each
+/// once, in order.
 std::vector<std::string> pluginSearchPaths(const std::vector<std::string>& extraPaths);
 
 /// The first file of a plugin along the directories; "" when there is none.

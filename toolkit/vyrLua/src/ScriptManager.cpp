@@ -63,7 +63,6 @@ ScriptManager::~ScriptManager() {
   m_state = nullptr;
   if (m_retirer)
     m_retirer->stop();
-  m_retirer.reset();
   while (!m_plugins.empty())
     m_plugins.pop_back();
   while (!m_libraries.empty())
@@ -185,10 +184,10 @@ std::string ScriptManager::getScriptPluginFile(const std::string& name) const {
   return {};
 }
 
-ObjectRetirer& ScriptManager::getObjectRetirer() {
+std::shared_ptr<ObjectRetirer> ScriptManager::getObjectRetirer() {
   if (!m_retirer)
-    m_retirer = std::make_unique<ObjectRetirer>(m_state);
-  return *m_retirer;
+    m_retirer = std::make_shared<ObjectRetirer>(m_state);
+  return m_retirer;
 }
 
 void ScriptManager::addSearchPath(const std::string& directory) {

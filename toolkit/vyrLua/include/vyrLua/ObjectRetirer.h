@@ -25,7 +25,6 @@ public:
   /// Installs itself as the delete handler, on the thread of the Lua state.
   /// @param state *borrows*, until `stop`.
   explicit ObjectRetirer(lua_State* state);
-  /// Puts the former delete handler back.
   ~ObjectRetirer() override;
 
   ObjectRetirer(const ObjectRetirer&) = delete;
@@ -43,8 +42,8 @@ public:
   /// Destroys what other threads have let go of; on the Lua thread.
   void flush();
 
-  /// The Lua state has closed: nothing is retired from here on.
-  void stop() { m_state = nullptr; }
+  /// To be called once the Lua state has closed: the former delete handler comes back, and nothing is retired any more.
+  void stop();
 
   void requestDelete(const vyr::Referenced* object) override;
 

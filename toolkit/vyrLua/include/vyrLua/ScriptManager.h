@@ -22,8 +22,8 @@ class PluginLibrary;
 ///
 /// A script plugin NAME is the shared library "libNAME_luaplugin.so" with an exported, undecorated function
 /// `void initPlugin(vyrLua::ScriptManager*)`. It is looked for in the directories of the environment variable
-/// VYR_PLUGIN_PATH (separated by colons), in those given to addSearchPath, beside this library and beside the program
-/// (each time in "vyr/plugins").
+/// VYR_PLUGIN_PATH (separated by colons), in those given to addSearchPath, in "vyr/plugins" beside this library and in
+/// "../lib/vyr/plugins" and "plugins" beside the program.
 ///
 /// All of it belongs to the thread that runs the Lua state.
 class VYRLUA_EXPORT ScriptManager {
@@ -95,8 +95,8 @@ public:
   std::vector<std::string> findAvailablePlugins() const;
 
   /// From the first call on, objects that are destroyed while Lua points at them become errors instead of stray
-  /// pointers. *Returns inner*
-  ObjectRetirer& getObjectRetirer();
+  /// pointers. Others may keep the retirer longer than the manager lives: it then retires nothing.
+  std::shared_ptr<ObjectRetirer> getObjectRetirer();
 
   const std::string& getVersion() const { return m_version; }
   lua_State* getLuaState() const { return m_state; }
@@ -124,7 +124,7 @@ private:
   std::vector<std::unique_ptr<PluginLibrary>> m_libraries;
   std::vector<std::string> m_loading;
   std::vector<std::string> m_extraPaths;
-  std::unique_ptr<ObjectRetirer> m_retirer;
+  std::shared_ptr<ObjectRetirer> m_retirer;
 };
 
 } // namespace vyrLua
