@@ -1,6 +1,7 @@
 #include <vyrOSG/RenderToTexture.h>
 
 #include "FollowingCamera.h"
+#include "MultisampleCallback.h"
 
 #include <vyr/Notify.h>
 #include <vyrOSG/FrameGrabber.h>
@@ -73,6 +74,7 @@ RenderToTexture::RenderToTexture(std::size_t width, std::size_t height, std::siz
   m_camera->setProjectionMatrixAsPerspective(45.0, static_cast<double>(w) / h, 0.1, 1000.0);
   m_camera->setAllowEventFocus(false);
   const unsigned int perPixel = samples > 1 ? static_cast<unsigned int>(std::min<std::size_t>(samples, 64)) : 0;
+  m_camera->addInitialDrawCallback(new MultisampleCallback);
   m_camera->attach(osg::Camera::COLOR_BUFFER, m_texture.get(), 0, 0, false, perPixel, 0);
 
   m_grabber = new TextureGrabber(m_texture.get());
