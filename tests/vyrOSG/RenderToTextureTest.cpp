@@ -167,6 +167,44 @@ TEST(RenderToTexture, WritesTheTextureToImageFiles) {
   EXPECT_EQ(read->getColor(1u, 1u), osg::Vec4(0, 1, 0, 1));
 }
 
+/// Pixels of the picture of a red ball before green that are neither red nor green.
+int countMixedPixels(OffscreenViewer& screen, std::size_t samples) {
+  const TemporaryFolder folder;
+  const vyr::ref_ptr<vyrOSG::ImageCapture> capture = new vyrOSG::ImageCapture(nullptr);
+  capture->setDirectoryPath(folder.path());
+  const vyr::ref_ptr<RenderToTexture> target = new RenderToTexture(64, 64, samples);
+  target->setImageCapture(capture.get());
+  target->setScene(ball(osg::Vec4(1, 0, 0, 1)).get());
+  target->getCamera()->setClearColor(osg::Vec4(0, 1, 0, 1));
+  target->getCamera()->setViewMatrixAsLookAt(osg::Vec3d(0, -5, 0), osg::Vec3d(), osg::Vec3d(0, 0, 1));
+  osg::ref_ptr<osg::Group> root = new osg::Group;
+  root->addChild(target->getCamera());
+  screen.viewer()->setSceneData(root.get());
+  capture->startCapture();
+  for (const double time : {0.0, 0.04}) {
+    target->preFrame(time);
+    screen.viewer()->frame();
+    target->postFrame();
+  }
+  const osg::ref_ptr<osg::Image> read = osgDB::readRefImageFile(capture->getImagePath(0));
+  int mixed = 0;
+  for (unsigned row = 0; read && row < 64; ++row)
+    for (unsigned column = 0; column < 64; ++column) {
+      const osg::Vec4 color = read->getColor(column, row);
+      mixed += color != osg::Vec4(1, 0, 0, 1) && color != osg::Vec4(0, 1, 0, 1) ? 1 : 0;
+    }
+  return mixed;
+}
+
+TEST(RenderToTexture, SamplesSmoothTheEdges) {
+  const CapturedMessages messages;
+  OffscreenViewer screen(64, 64);
+  if (!screen.isReady())
+    GTEST_SKIP() << "no graphics: " << screen.describe();
+  EXPECT_EQ(countMixedPixels(screen, 1), 0);
+  EXPECT_GT(countMixedPixels(screen, 4), 40);
+}
+
 TEST(RenderToTexture, TheSceneIsReplaced) {
   const vyr::ref_ptr<RenderToTexture> target = new RenderToTexture(8, 8);
   target->setScene(new osg::Group);

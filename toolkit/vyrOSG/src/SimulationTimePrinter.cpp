@@ -20,7 +20,8 @@ void SimulationTimePrinter::updateHud() {
   if (!m_manager)
     return;
   std::string line;
-  if (const vyrSDK::Simulation* simulation = m_manager->getSimulation()) {
+  const vyrSDK::Simulation* simulation = m_simulation.valid() ? m_simulation.get() : m_manager->getSimulation();
+  if (simulation) {
     char buffer[64];
     std::snprintf(buffer, sizeof buffer, "Time: %.3f s", simulation->getTime());
     line = buffer;
@@ -31,6 +32,10 @@ void SimulationTimePrinter::updateHud() {
 
 void SimulationTimePrinter::update(float, float) {
   updateHud();
+}
+
+void SimulationTimePrinter::simulationChanged(vyrSDK::Simulation* simulation) {
+  m_simulation = simulation;
 }
 
 } // namespace vyrOSG

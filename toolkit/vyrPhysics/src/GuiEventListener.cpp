@@ -19,4 +19,6 @@ bool GuiEventListener::mouseMotion(int, float, float) {
 
 void GuiEventListener::update(float, float) {}
 
+void GuiEventListener::simulationChanged(Simulation*) {}
+
 } // namespace vyrSDK

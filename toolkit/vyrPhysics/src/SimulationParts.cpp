@@ -267,18 +267,26 @@ bool Simulation::add(GuiEventListener* listener) {
     return refuseNull("user event listener, or one that it has");
   }
   m_guiListeners.push_back(holder);
+  listener->simulationChanged(this);
   return true;
 }
 
 bool Simulation::remove(GuiEventListener* listener) {
-  return erase(m_guiListeners, listener);
+  vyr::ref_ptr<GuiEventListener> holder = listener;
+  if (!erase(m_guiListeners, listener)) {
+    return false;
+  }
+  listener->simulationChanged(nullptr);
+  return true;
 }
 
 void Simulation::clear() {
   while (!m_stepListeners.empty()) {
     remove(m_stepListeners.back().get());
   }
-  m_guiListeners.clear();
+  while (!m_guiListeners.empty()) {
+    remove(m_guiListeners.back().get());
+  }
   while (!m_assemblies.empty()) {
     remove(m_assemblies.back().get());
   }

@@ -6,6 +6,8 @@
 
 namespace vyrSDK {
 
+class Simulation;
+
 /// Called by the application for each event of the user, in the order in which the listeners were added, until one of
 /// them returns true. Coordinates are in window pixels from the lower left.
 class VYRPHYSICS_EXPORT GuiEventListener : public vyr::Referenced {
@@ -24,6 +26,9 @@ public:
 
   /// A frame is about to be drawn, also while the simulation is paused.
   virtual void update(float x, float y);
+
+  /// Called when the listener enters a simulation and when it leaves (with null). *borrows*
+  virtual void simulationChanged(Simulation* simulation);
 
 protected:
   ~GuiEventListener() override;
