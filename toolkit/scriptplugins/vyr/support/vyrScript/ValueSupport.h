@@ -37,6 +37,10 @@ template <class T>
 struct ElementCount<vyr::Vec4T<T>> {
   static constexpr long kValue = 4;
 };
+template <>
+struct ElementCount<vyrRender::Color> {
+  static constexpr long kValue = 4;
+};
 
 } // namespace vyrBinding
 
