@@ -1,6 +1,7 @@
 // The program `vyr`: runs Lua scripts with the toolkit's script plugins loaded.
 #include "CommandLine.h"
 #include "Doctor.h"
+#include "ErrorHints.h"
 #include "ExitCode.h"
 #include "Interpreter.h"
 #include "MessageSink.h"
@@ -61,6 +62,7 @@ int runLua(const CommandLine& line) {
   for (const char* plugin : kPlugins)
     manager.requestScriptPlugin(plugin);
   installSceneDeleteHandler(manager.getObjectRetirer());
+  installErrorHints();
   Interpreter interpreter(manager.getLuaState());
   interpreter.setArguments(line.arguments, line.scriptIndex);
   if (line.seed)
