@@ -183,7 +183,7 @@ bool createGrid(unsigned int resolutionU, unsigned int resolutionV, const vyr::V
   addLines(resolutionV, edgeV, edgeU);
   osg::ref_ptr<osg::Geometry> lines = new osg::Geometry;
   lines->setVertexArray(vertices);
-  setSingleColor(*lines, osg::Vec4(0.55f, 0.57f, 0.6f, 1));
+  setSingleColor(*lines, osg::Vec4(0.28f, 0.30f, 0.34f, 1));
   lines->addPrimitiveSet(new osg::DrawArrays(GL_LINES, 0, static_cast<int>(vertices->size())));
   lines->setUseDisplayList(false);
   lines->setUseVertexBufferObjects(true);
