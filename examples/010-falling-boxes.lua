@@ -8,30 +8,30 @@
 function buildScene(sim, app, root)
   -- The ground is a wide flat box that never moves. A box is given by its half extents.
   local ground = vyr.RigidBody("ground")
-  ground:add(vyrCollide.Geometry(vyrCollide.Box(vyr.Vec3(8, 8, 0.25))))
+  ground:add(vyrCollide.Geometry(vyrCollide.Box(vyr.Vec3(5, 5, 0.25))))
   ground:setPosition(vyr.Vec3(0, 0, -0.25))
   ground:setMotionControl(vyr.RigidBody.STATIC)
   sim:add(ground)
-  vyrOSG.setDiffuseColor(vyrOSG.createVisual(ground, root), vyrRender.Color.SlateGray())
+  vyrOSG.setDiffuseColor(vyrOSG.createVisual(ground, root), vyr.Vec4(0.55, 0.58, 0.62, 1))
 
-  -- A tower of boxes, each turned a little against the one below and let fall from a small height.
-  local colors = { vyr.Vec4(0.90, 0.30, 0.24, 1), vyr.Vec4(0.95, 0.61, 0.07, 1), vyr.Vec4(0.18, 0.80, 0.44, 1),
+  -- Boxes on a winding stair in the air, each turned against the one before.
+  local colors = { vyr.Vec4(0.90, 0.30, 0.24, 1), vyr.Vec4(0.95, 0.61, 0.07, 1), vyr.Vec4(0.18, 0.70, 0.44, 1),
                    vyr.Vec4(0.20, 0.60, 0.86, 1), vyr.Vec4(0.61, 0.35, 0.71, 1) }
-  for i = 1, 30 do
+  for i = 1, 40 do
     local box = vyr.RigidBody("box " .. i)
     box:add(vyrCollide.Geometry(vyrCollide.Box(vyr.Vec3(0.4, 0.25, 0.2))))
-    box:setPosition(vyr.Vec3(1.2 * math.cos(2.4 * i), 1.2 * math.sin(2.4 * i), 0.8 + 0.45 * i))
+    box:setPosition(vyr.Vec3(1.2 * math.cos(2.4 * i), 1.2 * math.sin(2.4 * i), 0.6 + 0.35 * i))
     box:setRotation(vyr.Quat(0.7 * i, vyr.Vec3(0.3, 0.2, 1)))
     sim:add(box)
     vyrOSG.setDiffuseColor(vyrOSG.createVisual(box, root), colors[i % #colors + 1])
   end
 
   -- Where the camera stands, and what it looks at.
-  app:setCameraHome(vyr.Vec3(6, -7, 4.5), vyr.Vec3(0, 0, 0.6))
-  app:getSceneDecorator():setBackgroundColor(vyr.Vec3(0.75, 0.83, 0.92), vyr.Vec3(0.35, 0.45, 0.60))
+  app:setCameraHome(vyr.Vec3(5, -7, 4.5), vyr.Vec3(0, 0, 0.6))
 end
 
 local app = vyrOSG.ExampleApplication()
 app:init(vyrIO.ArgumentParser(arg))
+-- The key "1" (re)starts the scene that this very file builds.
 app:addScene(arg[0], "buildScene", string.byte("1"), true)
 app:run()

@@ -16,10 +16,10 @@ end
 
 function buildScene(sim, app, root)
   local S = vyrOSG.SimulationObject
-  local function at(x, y, z) return vyr.AffineMatrix4x4.translate(vyr.Vec3(x, y, z)) end
+  local function at(x, y, z) return vyr.AffineMatrix4x4:translate(x, y, z) end
   local function paint(object, r, g, b) vyrOSG.setDiffuseColor(object:getNode(), vyr.Vec4(r, g, b, 1)) end
 
-  -- 61 x 61 heights spread over 12 m x 12 m; the last number is how far the ground reaches below its lowest point.
+  -- 61 x 61 heights spread over 12 m x 12 m; the 1 behind them scales the heights.
   local ground = S:createHeightField("hills", at(0, 0, 0), hills(61, 61), 61, 61, 12, 12, 1, root, sim)
   paint(ground, 0.45, 0.62, 0.36)
 
@@ -28,14 +28,13 @@ function buildScene(sim, app, root)
     local function ring(k, radius)
       return at(radius * math.cos(angle + k), radius * math.sin(angle + k), z)
     end
-    paint(S:createBox("box " .. i, ring(0.0, 2.2), vyr.Vec3(0.4, 0.3, 0.3), root, sim), 0.90, 0.30, 0.24)
+    paint(S:createBox("box " .. i, ring(0.0, 2.2), vyr.Vec3(0.8, 0.6, 0.6), root, sim), 0.90, 0.30, 0.24)
     paint(S:createSphere("sphere " .. i, ring(0.4, 3.0), 0.4, root, sim), 0.95, 0.77, 0.06)
     paint(S:createCylinder("cylinder " .. i, ring(0.8, 2.2), 0.3, 0.8, root, sim), 0.20, 0.60, 0.86)
     paint(S:createCapsule("capsule " .. i, ring(1.2, 3.2), 0.25, 0.7, root, sim), 0.61, 0.35, 0.71)
   end
 
   app:setCameraHome(vyr.Vec3(7, -9, 7), vyr.Vec3(0, 0, 0.5))
-  app:getSceneDecorator():setBackgroundColor(vyr.Vec3(0.75, 0.83, 0.92), vyr.Vec3(0.35, 0.45, 0.60))
 end
 
 local app = vyrOSG.ExampleApplication()

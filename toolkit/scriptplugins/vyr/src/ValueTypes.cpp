@@ -2,6 +2,7 @@
 #include "ValueTypes.h"
 
 #include <lua.hpp>
+#include <tolua++.h>
 
 #include <string>
 
@@ -9,11 +10,11 @@ namespace vyrScript {
 
 namespace {
 
-constexpr const char* kValueTypes[] = {
-    "vyr::Vec2d",        "vyr::Vec2",        "vyr::Vec2f",  "vyr::Vec2u", "vyr::Vec3d", "vyr::Vec3",
-    "vyr::Vec3f",        "vyr::Vec4d",       "vyr::Vec4",   "vyr::Vec4f", "vyr::Quat",  "vyr::AffineMatrix4x4",
-    "vyr::SPDMatrix3x3", "vyrRender::Color", "osg::Vec2",   "osg::Vec3f", "osg::Vec3d", "osg::Vec4",
-    "osg::Vec4d",        "osg::Quat",        "osg::Matrixd"};
+constexpr const char* kValueTypes[] = {"vyr::Vec2d",        "vyr::Vec2",        "vyr::Vec2f",  "vyr::Vec2u",
+                                       "vyr::Vec3d",        "vyr::Vec3",        "vyr::Vec3f",  "vyr::Vec4d",
+                                       "vyr::Vec4",         "vyr::Vec4f",       "vyr::Quat",   "vyr::AffineMatrix4x4",
+                                       "vyr::SPDMatrix3x3", "vyrRender::Color", "osg::Vec2",   "osg::Vec3",
+                                       "osg::Vec4",         "osg::Matrixd",     "osg::Matrixf"};
 
 // Lua calls the metamethod of "*" for 2 * v as well, but the runtime dispatches on the left operand only.
 int multiply(lua_State* L) {
@@ -90,6 +91,10 @@ void completeValueTypes(lua_State* L) {
   acceptAs(L, "vyr::Vec2d", "vyr::Vec2");
   acceptAs(L, "vyr::Vec3d", "vyr::Vec3");
   acceptAs(L, "vyr::Vec4d", "vyr::Vec4");
+  // One C++ type as well; the second name is the visual layer's to register.
+  tolua_usertype(L, "osg::Vec3f");
+  acceptAs(L, "osg::Vec3", "osg::Vec3f");
+  acceptAs(L, "osg::Vec3f", "osg::Vec3");
   for (const char* const type : kValueTypes) {
     if (!pushMetatable(L, type)) {
       continue;

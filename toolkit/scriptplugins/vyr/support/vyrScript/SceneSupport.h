@@ -1,9 +1,9 @@
-/// Text and checked elements of the scene-graph library's values.
+/// Text and checked elements of the scene-graph library's values, and the stages of shaders.
 #pragma once
 
 #include <vyrScript/ValueSupport.h>
 
-#include <osg/Vec2>
+#include <osg/Shader>
 
 #include <cstddef>
 #include <string>
@@ -40,6 +40,16 @@ std::string rowsOf(const Matrix* m) {
     rows += (row == 0 ? "" : "\n") + listOf(elements, 4);
   }
   return rows;
+}
+
+inline osg::Shader::Type vertexStage() {
+  return osg::Shader::VERTEX;
+}
+inline osg::Shader::Type geometryStage() {
+  return osg::Shader::GEOMETRY;
+}
+inline osg::Shader::Type fragmentStage() {
+  return osg::Shader::FRAGMENT;
 }
 
 } // namespace vyrScript
