@@ -1,0 +1,35 @@
+# Succeeds when LIBRARY exports its entry point, its global and the open functions of its modules and nothing else, needs no
+# library of the interpreter or the binding runtime, and finds the toolkit relative to itself.
+execute_process(COMMAND ${NM} -D --defined-only -C ${LIBRARY} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX REPLACE "[0-9a-f]+ [A-Za-z] " "" symbols "${symbols}")
+string(REGEX MATCHALL "[^\n]+" exported "${symbols}")
+
+set(expected initPlugin g_luavyr_vyrosg_plugin)
+file(STRINGS ${MODULES} modules REGEX "^[A-Za-z]")
+foreach(module ${modules})
+  if(EXISTS ${DESCRIPTIONS}/${module}.pkg)
+    list(APPEND expected "tolua_vyrOSG_${module}_open(lua_State*)" "luaopen_vyrOSG_${module}(lua_State*)")
+  endif()
+endforeach()
+list(SORT exported)
+list(SORT expected)
+if(NOT "${exported}" STREQUAL "${expected}")
+  message(FATAL_ERROR "exported:\n${exported}\nexpected:\n${expected}")
+endif()
+
+# initPlugin is exported under its plain name: nm without -C must show it so.
+execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE plain COMMAND_ERROR_IS_FATAL ANY)
+if(NOT plain MATCHES " T initPlugin\n")
+  message(FATAL_ERROR "initPlugin is not exported under its plain name")
+endif()
+
+execute_process(COMMAND ${READELF} -dW ${LIBRARY} OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
+if(dynamic MATCHES "NEEDED[^\n]*(liblua|tolua)")
+  message(FATAL_ERROR "the library needs an interpreter of its own:\n${dynamic}")
+endif()
+if(NOT dynamic MATCHES "NEEDED[^\n]*libvyrLua")
+  message(FATAL_ERROR "the library does not take the binding runtime from vyrLua:\n${dynamic}")
+endif()
+if(NOT dynamic MATCHES "R(UN)?PATH[^\n]*\\[\\$ORIGIN/\\.\\./\\.\\.\\]")
+  message(FATAL_ERROR "the library does not find the toolkit relative to itself:\n${dynamic}")
+endif()
