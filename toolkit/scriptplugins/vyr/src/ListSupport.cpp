@@ -18,6 +18,16 @@ lua_Object contactsOf(const vyrSDK::Simulation* simulation, lua_State* L) {
   return lua_gettop(L);
 }
 
+lua_Object pushVectors(lua_State* L, const std::vector<vyr::Vec3>& vectors) {
+  lua_createtable(L, static_cast<int>(vectors.size()), 0);
+  for (std::size_t i = 0; i < vectors.size(); ++i) {
+    tolua_pushusertype(L, new vyr::Vec3(vectors[i]), "vyr::Vec3");
+    tolua_register_gc(L, lua_gettop(L));
+    lua_rawseti(L, -2, static_cast<int>(i + 1));
+  }
+  return lua_gettop(L);
+}
+
 lua_Object pushStrings(lua_State* L, const std::vector<std::string>& strings) {
   lua_createtable(L, static_cast<int>(strings.size()), 0);
   for (std::size_t i = 0; i < strings.size(); ++i) {

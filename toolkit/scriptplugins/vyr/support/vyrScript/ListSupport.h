@@ -68,6 +68,29 @@ lua_Object constraintsOf(const Owner* owner, lua_State* L) {
 /// Copies of the contacts of the last step, each owned by Lua.
 lua_Object contactsOf(const vyrSDK::Simulation* simulation, lua_State* L);
 
+/// A table of copies of vectors, each owned by Lua.
+lua_Object pushVectors(lua_State* L, const std::vector<vyr::Vec3>& vectors);
+
+template <class Owner>
+lua_Object pointsOf(const Owner* owner, lua_State* L) {
+  return pushVectors(L, owner->getPoints());
+}
+
+template <class Owner>
+lua_Object samplesOf(const Owner* owner, lua_State* L, double density) {
+  return pushVectors(L, owner->sample(density));
+}
+
+template <class Owner>
+lua_Object nodesOf(const Owner* owner, lua_State* L) {
+  return pushVectors(L, owner->getNodes());
+}
+
+template <class Owner>
+lua_Object nodeVelocitiesOf(const Owner* owner, lua_State* L) {
+  return pushVectors(L, owner->getNodeVelocities());
+}
+
 /// A table of strings.
 lua_Object pushStrings(lua_State* L, const std::vector<std::string>& strings);
 
