@@ -283,15 +283,27 @@ private:
   struct Parts;
 
   bool readArguments();
+  void makeSceneGraph();
   void applySolver();
+  bool hasSceneKey(int key) const;
   bool buildScene(std::size_t index);
-  void stepSimulation();
-  void drawFrame();
-  bool frameIsNeeded() const;
-  void runWindowed();
-  void runUnpaced();
   void beginScene();
-  void syncDecoration();
+  void placeHome();
+  void setView(const osg::Vec3d& eye, const osg::Vec3d& center, const osg::Vec3d& up);
+  void updateView();
+  void stepSimulation();
+  void checkLimits();
+  void drawFrame();
+  bool drawAndGrab();
+  void takeDueShots();
+  bool writePicture(const std::string& file);
+  bool startPictures();
+  void finishPictures();
+  void fail(int exitCode);
+  void runPaced();
+  void runUnpaced();
+  void renewGrid();
+  void resized(int x, int y, int width, int height);
   void toggleHelp();
 
   // What the inline functions above read.

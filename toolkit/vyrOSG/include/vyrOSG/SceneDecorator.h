@@ -155,6 +155,13 @@ public:
   /// The group for what takes no part in shadows. *Returns inner*.
   osg::Group* getNonShadowedScene() const { return m_nonShadowedScene.get(); }
 
+  /// Background, lights and scene without the HUD: what a further camera has to draw. *Returns inner*.
+  osg::Group* getLitScene() { return m_litScene.get(); }
+
+  void traverse(osg::NodeVisitor& visitor) override;
+  void resizeGLObjectBuffers(unsigned int maxSize) override;
+  void releaseGLObjects(osg::State* state = nullptr) const override;
+
   /// The HUD keeps its corners when the window changes its size (pixels).
   void resize(int width, int height);
 
@@ -162,13 +169,17 @@ protected:
   ~SceneDecorator() override;
 
 private:
-  void rebuild();
+  void applyShadows();
 
   bool m_enabled;
   bool m_shadowsEnabled;
   bool m_shaderStateEnabled;
   ShadowMethod m_shadowMethod;
+  int m_shadowLight;
+  int m_lightMask;
   osg::ref_ptr<osg::StateSet> m_stateSet;
+  osg::ref_ptr<osg::Group> m_dress;
+  osg::ref_ptr<osg::Group> m_litScene;
   osg::ref_ptr<osg::MatrixTransform> m_hudTransform;
   osg::ref_ptr<osg::Group> m_shadowedScene;
   osg::ref_ptr<osg::Group> m_nonShadowedScene;
