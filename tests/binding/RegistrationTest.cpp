@@ -37,6 +37,12 @@ const Module& moduleNamed(const std::string& name) {
   return kModules[0];
 }
 
+#ifdef VYROSG_EXPLICIT_COLLECTORS
+constexpr bool kExplicitCollectors = true;
+#else
+constexpr bool kExplicitCollectors = false;
+#endif
+
 /// The trace that a module's manifest promises.
 std::vector<std::string> promisedBy(const std::string& module) {
   std::ifstream file(std::string(VYR_SOURCE_DIR "/binding/manifests/vyrOSG/") + module + ".txt");
@@ -65,7 +71,10 @@ std::vector<std::string> promisedBy(const std::string& module) {
       const std::size_t base = line.find("base \"") + 6;
       entries.push_back("class " + name + " type=" + line.substr(type, line.find('"', type) - type) +
                         " base=" + line.substr(base, line.find('"', base) - base) +
-                        (line.find("collector yes") != std::string::npos ? " collector" : ""));
+                        (line.find("collector yes") != std::string::npos ||
+                                 (kExplicitCollectors && line.find("collector explicit-mode") != std::string::npos)
+                             ? " collector"
+                             : ""));
     } else if (kind == "table") {
       entries.push_back("module " + name + " 0");
     }
@@ -138,21 +147,23 @@ INSTANTIATE_TEST_SUITE_P(Registration, EachModule, ::testing::ValuesIn(kModules)
 
 TEST(Registration, ShapeInFull) {
   LuaState lua;
-  const std::vector<std::string> expected = {"usertype osg::Shape",
-                                             "usertype osg::HeightField",
-                                             "module (global) 0",
-                                             "begin (global)",
-                                             "  module osg 0",
-                                             "  begin osg",
-                                             "    class HeightField type=osg::HeightField base=osg::Shape",
-                                             "    begin HeightField",
-                                             "      function new",
-                                             "      function new_local",
-                                             "      function .call",
-                                             "      function setHeight",
-                                             "    end",
-                                             "  end",
-                                             "end"};
+  const std::vector<std::string> expected = {
+      "usertype osg::Shape",
+      "usertype osg::HeightField",
+      "module (global) 0",
+      "begin (global)",
+      "  module osg 0",
+      "  begin osg",
+      std::string("    class HeightField type=osg::HeightField base=osg::Shape") +
+          (kExplicitCollectors ? " collector" : ""),
+      "    begin HeightField",
+      "      function new",
+      "      function new_local",
+      "      function .call",
+      "      function setHeight",
+      "    end",
+      "  end",
+      "end"};
   EXPECT_EQ(expected, traceOf(moduleNamed("Shape"), lua));
 }
 
@@ -245,9 +256,9 @@ TEST(Registration, AModuleAloneOpensOnlyItsOwnTables) {
 TEST(Registration, ACollectorStaysWhenAModuleRegistersTheClassWithoutOne) {
   LuaState lua;
   moduleNamed("ExampleApplication").open(lua.get());
-#ifndef VYROSG_EXPLICIT_COLLECTORS
-  EXPECT_EQ("nil", lua.eval("rawget(osg.Camera, '.collector')"));
-#endif
+  if (!kExplicitCollectors) {
+    EXPECT_EQ("nil", lua.eval("rawget(osg.Camera, '.collector')"));
+  }
   moduleNamed("RenderToTexture").open(lua.get());
   EXPECT_EQ("function", lua.eval("type(rawget(osg.Camera, '.collector'))"));
   moduleNamed("ExampleApplication").open(lua.get());
