@@ -4,6 +4,7 @@
 #include <BulletCollision/CollisionShapes/btHeightfieldTerrainShape.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace vyrCollide {
 
@@ -45,6 +46,12 @@ HeightFieldInstance::~HeightFieldInstance() {
 
 void HeightFieldInstance::setRange(double range) {
   static_cast<AdjustableField*>(m_shape.get())->setRange(range);
+}
+
+bool HeightFieldInstance::isOnSurface(const vyr::Vec3& point) const {
+  // Off by the margin across the surface, which on a slope is more along z.
+  const double tolerance = 5.0 * kMargin;
+  return std::fabs(m_field->getSurfaceHeight(point.x(), point.y()) - point.z()) <= tolerance;
 }
 
 } // namespace vyrCollide

@@ -17,6 +17,9 @@ public:
   /// The samples lie within +-`range` m from now on.
   void setRange(double range);
 
+  /// True when a point of the field's frame lies on the surface as it is now, within the margin of the contacts.
+  bool isOnSurface(const vyr::Vec3& point) const;
+
 private:
   vyr::ref_ptr<const HeightField> m_field;
 };

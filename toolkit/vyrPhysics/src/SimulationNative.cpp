@@ -27,6 +27,11 @@ SimulationNative::SimulationNative()
   world.setSynchronizeAllMotionStates(false);
   // Two friction directions: with one, friction across it would be missed.
   world.getSolverInfo().m_solverMode |= SOLVER_USE_2_FRICTION_DIRECTIONS;
+  // Overlap is undone by moving bodies apart, never by giving them speed: a bounce must not gain energy from it.
+  world.getSolverInfo().m_splitImpulse = 1;
+  world.getSolverInfo().m_splitImpulsePenetrationThreshold = 0.0;
+  // The last step's forces are the first guess: bodies at rest start each step with the forces that hold them.
+  world.getSolverInfo().m_warmstartingFactor = 1.0;
   installContactCallback();
 }
 
@@ -80,7 +85,8 @@ bool prepareContact(btManifoldPoint& point, const btCollisionObjectWrapper* wrap
   return true;
 }
 
-/// *returns inner*. Nullable: the geometry of an object, from the mark that prepareContact left.
+} // namespace
+
 vyrCollide::Geometry* geometryAt(const btCollisionObject* object, int index) {
   if (object->getUserIndex2() == vyrCollide::GEOMETRY_OBJECT) {
     return static_cast<vyrCollide::Geometry*>(object->getUserPointer());
@@ -92,6 +98,8 @@ vyrCollide::Geometry* geometryAt(const btCollisionObject* object, int index) {
   }
   return nullptr;
 }
+
+namespace {
 
 vyr::Vec3 velocityAt(const vyrCollide::Geometry* geometry, const vyr::Vec3& point) {
   return geometry->getRigidBody() != nullptr ? geometry->getRigidBody()->getVelocityAtPoint(point) : vyr::Vec3();

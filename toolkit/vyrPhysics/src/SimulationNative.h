@@ -3,11 +3,12 @@
 
 #include <BulletCollision/BroadphaseCollision/btDbvtBroadphase.h>
 #include <BulletCollision/CollisionDispatch/btCollisionDispatcher.h>
-#include <BulletCollision/CollisionDispatch/btDefaultCollisionConfiguration.h>
 #include <BulletDynamics/ConstraintSolver/btSequentialImpulseConstraintSolver.h>
-#include <BulletDynamics/Dynamics/btDiscreteDynamicsWorld.h>
 #include <BulletDynamics/MLCPSolvers/btDantzigSolver.h>
 #include <BulletDynamics/MLCPSolvers/btMLCPSolver.h>
+
+#include "DynamicsWorld.h"
+#include "PlaneContactAlgorithm.h"
 
 #include <vyrSDK/Contact.h>
 
@@ -19,13 +20,13 @@ namespace vyrSDK {
 struct SimulationNative {
   SimulationNative();
 
-  btDefaultCollisionConfiguration configuration;
+  vyrPhysics::CollisionConfiguration configuration;
   btCollisionDispatcher dispatcher;
   btDbvtBroadphase broadphase;
   btSequentialImpulseConstraintSolver iterative;
   btDantzigSolver dantzig;
   btMLCPSolver multi;
-  btDiscreteDynamicsWorld world;
+  DynamicsWorld world;
   std::vector<Contact> contacts;
   bool contactsValid = false;
 };
@@ -36,6 +37,9 @@ void installContactCallback();
 
 /// Collects the contact points of the engine's world with the forces of a step of `timeStep` s.
 void gatherContacts(SimulationNative& native, double timeStep);
+
+/// *returns inner*. Nullable: the geometry of an engine's object to which the index in a contact point's mark leads.
+vyrCollide::Geometry* geometryAt(const btCollisionObject* object, int index);
 
 /// What a contact point's mark says: the index of the touching geometry in the first and the second body.
 void* encodeChildren(int first, int second);

@@ -44,9 +44,14 @@ void Simulation::insertBody(vyr::RigidBody* body) {
 void Simulation::withdrawBody(vyr::RigidBody* body) {
   btRigidBody* native = body->getNative()->body.get();
   m_native->world.removeRigidBody(native);
+  wakeBodies();
+}
+
+void Simulation::wakeBodies() {
+  // What rested on a part must notice that it is gone.
   if (m_sleeping) {
-    for (const auto& other : m_bodies) {
-      other->getNative()->body->activate();
+    for (const auto& body : m_bodies) {
+      body->getNative()->body->activate();
     }
   }
   m_native->contacts.clear();
@@ -72,8 +77,7 @@ void Simulation::insertGeometry(vyrCollide::Geometry* geometry) {
 void Simulation::withdrawGeometry(vyrCollide::Geometry* geometry) {
   m_native->world.removeRigidBody(geometry->getNative()->standalone.get());
   geometry->getNative()->standalone.reset();
-  m_native->contacts.clear();
-  m_native->contactsValid = false;
+  wakeBodies();
 }
 
 void Simulation::refresh(vyrCollide::Geometry* geometry) {

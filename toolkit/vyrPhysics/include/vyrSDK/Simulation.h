@@ -152,6 +152,7 @@ private:
   void withdrawConstraint(vyr::Constraint* constraint);
   void refreshConstraints(const vyr::RigidBody* body);
   void moveKinematicBodies();
+  void wakeBodies();
   void advance();
   void updateSolver();
 
