@@ -173,7 +173,8 @@ VYROSG_EXPORT vyrOSG::ParticleSystemDrawable* findParticleSystemDrawable(osg::Gr
 VYROSG_EXPORT osg::Geode* createParticleContactGraph(vyr::ParticleSystem* particleSystem, vyrOSG::Group* group,
                                                      double minForce, double maxForce);
 
-/// Draws the paths of the particles: one point every timeInterval (s), the latest maxPoints of them (*returns inner*).
+/// Draws the paths of the particles: one point every timeInterval (s), 0 meaning every step, the latest maxPoints of
+/// them, 0 meaning all (*returns inner*). The paths end with their particles.
 /// Nullable: system, group, result.
 VYROSG_EXPORT osg::Geode* createParticleTrajectoriesVisual(vyr::ParticleSystem* particleSystem, vyrOSG::Group* group,
                                                            double timeInterval, size_t maxPoints);
