@@ -83,6 +83,11 @@ private:
            m_line.seed = static_cast<unsigned>(seed);
            return true;
          }},
+        {"--session",
+         [this](const std::string& v) {
+           m_line.session = v;
+           return !v.empty();
+         }},
         // The viewer library's own options; it takes them from the environment as well.
         {"--screen", [](const std::string& v) { return setenv("OSG_SCREEN", v.c_str(), 1) == 0; }},
     };
@@ -173,13 +178,28 @@ private:
     // A script of that name is still reached as "./doctor".
     if (m_line.command != CommandLine::RUN || !m_line.hasScript())
       return;
-    const std::string& word = m_line.arguments[m_index];
+    const std::string word = m_line.arguments[m_index];
     if (word == "doctor")
       m_line.command = CommandLine::DOCTOR;
     else if (word == "play")
-      m_line.command = CommandLine::PLAY;
-    if (m_line.command == CommandLine::PLAY && m_index + 1 >= m_line.arguments.size())
+      readPlay();
+  }
+
+  void readPlay() {
+    m_line.command = CommandLine::PLAY;
+    if (m_index + 1 >= m_line.arguments.size()) {
       m_error = "'play' needs the file of a journal";
+      return;
+    }
+    m_line.journal = m_line.arguments[m_index + 1];
+    m_line.scriptIndex = m_index + 2;
+    if (!m_line.hasScript())
+      return;
+    std::vector<std::string> handedOn = {"--journal", m_line.journal};
+    if (!m_line.session.empty())
+      handedOn.insert(handedOn.end(), {"--journal-session", m_line.session});
+    const auto behindScript = m_line.arguments.begin() + static_cast<std::ptrdiff_t>(m_line.scriptIndex) + 1;
+    m_line.arguments.insert(behindScript, handedOn.begin(), handedOn.end());
   }
 
   CommandLine& m_line;
@@ -214,10 +234,11 @@ bool CommandLine::parse(const std::vector<std::string>& arguments, CommandLine& 
 
 std::string CommandLine::getHelp() {
   return R"(Usage: vyr [options] [script [args]]
-       vyr [options] play FILE.journal [session]
+       vyr [options] play FILE.journal [script [args]]
        vyr doctor
 
-Runs a Lua script with the plugins vyr, vyrModel and vyrOSG loaded.
+Runs a Lua script with the plugins vyr, vyrModel and vyrOSG loaded. 'play' shows a recorded run in the scene of the
+script that it was recorded with, or lists the journal's sessions; 'doctor' tells what works on this machine.
 
 As lua:
   -e stat           execute the string 'stat'
@@ -241,6 +262,8 @@ Runs and pictures:
   --fps N           pictures a second of the film (60)
   --seed N          start the random numbers with N
   --watch           load the scene again when its file changes
+
+  --session NAME    the session of the journal that 'play' shows
 
   --verbose         show information and debug messages too
   --help            show this text

@@ -27,15 +27,19 @@ struct CommandLine {
   bool watch = false;
   std::optional<unsigned> seed;
 
-  /// All arguments, the program's name first.
+  /// For PLAY: the journal, and its session where one was named.
+  std::string journal;
+  std::string session;
+
+  /// All arguments, the program's name first. For PLAY, what the application needs to know of the journal stands behind
+  /// the script's name.
   std::vector<std::string> arguments;
-  /// Where the script's name stands in `arguments`; their number when there is none. For the commands that are words,
-  /// where the word stands.
+  /// Where the script's name stands in `arguments`; their number when there is none.
   std::size_t scriptIndex = 0;
 
-  bool hasScript() const { return command == RUN && scriptIndex < arguments.size(); }
+  bool hasScript() const { return scriptIndex < arguments.size(); }
   bool executesText() const;
-  /// The arguments behind the script's name or the command's word.
+  /// The arguments behind the script's name.
   std::vector<std::string> getScriptArguments() const;
 
   /// Reads the command line.

@@ -4,6 +4,7 @@
 #include "ErrorHints.h"
 #include "ExitCode.h"
 #include "Interpreter.h"
+#include "LuaSceneLoader.h"
 #include "MessageSink.h"
 #include "Plugins.h"
 #include "Prompt.h"
@@ -11,6 +12,7 @@
 
 #include <vyrLua/ObjectRetirer.h>
 #include <vyrLua/ScriptManager.h>
+#include <vyrOSG/ExampleApplication.h>
 
 extern "C" {
 #include <lua.h>
@@ -63,6 +65,12 @@ int runLua(const CommandLine& line) {
     manager.requestScriptPlugin(plugin);
   installSceneDeleteHandler(manager.getObjectRetirer());
   installErrorHints();
+  const std::string script = line.hasScript() ? line.arguments[line.scriptIndex] : "";
+  const vyr::ref_ptr<LuaSceneLoader> loader = new LuaSceneLoader(manager.getLuaState(), script);
+  loader->setWatching(line.watch);
+  loader->setPlayingJournal(line.command == CommandLine::PLAY);
+  vyrOSG::ExampleApplication::setDefaultSceneLoader(loader.get());
+
   Interpreter interpreter(manager.getLuaState());
   interpreter.setArguments(line.arguments, line.scriptIndex);
   if (line.seed)
@@ -74,10 +82,19 @@ int runLua(const CommandLine& line) {
     ok = line.hasScript() ? runScript(interpreter, line) : runWithoutScript(interpreter, line);
   if (line.interactive)
     Prompt(interpreter).run();
+  vyrOSG::ExampleApplication::setDefaultSceneLoader(nullptr);
   const int failure = vyrOSG::LaunchOptions::process().getFailure();
   if (failure == EXIT_CODE_NO_GRAPHICS)
     return failure;
-  return ok ? failure : EXIT_CODE_SCRIPT_ERROR;
+  return ok && !loader->hasFailedInBatch() ? failure : EXIT_CODE_SCRIPT_ERROR;
+}
+
+int listSessions(const std::string& journal) {
+  const vyr::ref_ptr<vyrOSG::ExampleApplication> application = new vyrOSG::ExampleApplication;
+  const std::vector<std::string> sessions = application->listSessionNames(journal);
+  for (const std::string& session : sessions)
+    std::printf("%s\n", session.c_str());
+  return sessions.empty() ? EXIT_CODE_SCRIPT_ERROR : EXIT_CODE_OK;
 }
 
 void explainMissingGraphics() {
@@ -98,7 +115,11 @@ int run(const CommandLine& line) {
     return EXIT_CODE_OK;
   case CommandLine::DOCTOR:
     return runDoctor();
-  default:
+  case CommandLine::PLAY:
+    if (!line.hasScript())
+      return listSessions(line.journal);
+    break;
+  case CommandLine::RUN:
     break;
   }
   const int code = runLua(line);

@@ -85,9 +85,14 @@ TEST(CommandLine, LaunchOptionsInBothWritings) {
 TEST(CommandLine, CommandsThatAreWords) {
   EXPECT_EQ(CommandLine::DOCTOR, parse({"doctor"}).line.command);
   EXPECT_EQ(CommandLine::RUN, parse({"./doctor"}).line.command);
-  const Parsed play = parse({"--gl=none", "play", "run.journal", "one"});
+  const Parsed play = parse({"--gl=none", "--session", "two", "play", "run.journal", "s.lua", "x"});
   EXPECT_EQ(CommandLine::PLAY, play.line.command);
-  EXPECT_THAT(play.line.getScriptArguments(), ElementsAre("run.journal", "one"));
+  EXPECT_EQ("run.journal", play.line.journal);
+  EXPECT_EQ("s.lua", play.line.arguments[play.line.scriptIndex]);
+  EXPECT_THAT(play.line.getScriptArguments(), ElementsAre("--journal", "run.journal", "--journal-session", "two", "x"));
+  const Parsed list = parse({"play", "run.journal"});
+  EXPECT_EQ(CommandLine::PLAY, list.line.command);
+  EXPECT_FALSE(list.line.hasScript());
   EXPECT_FALSE(parse({"play"}).ok);
 }
 

@@ -214,6 +214,28 @@ TEST_F(ScriptManagerTest, ExceptionBecomesAnErrorWithItsText) {
   EXPECT_EQ("true 2", run("local ok, v = xpcall(function() return 2 end, print) return tostring(ok) .. ' ' .. v"));
 }
 
+TEST_F(ScriptManagerTest, ExceptionInACoroutineIsAnError) {
+  lua_register(manager().getLuaState(), "throw", &throwException);
+  run("function body() throw() end");
+  EXPECT_EQ("C++ exception in a coroutine", run("return select(2, coroutine.resume(coroutine.create(body)))"));
+  EXPECT_EQ("[string \"return coroutine.wrap(body)(), 1\"]:1: C++ exception in a coroutine",
+            run("return coroutine.wrap(body)(), 1"));
+  EXPECT_EQ("cannot resume dead coroutine", run("local c = coroutine.create(body) coroutine.resume(c)"
+                                                "return select(2, coroutine.resume(c))"));
+}
+
+TEST_F(ScriptManagerTest, CoroutinesWorkAsEver) {
+  EXPECT_EQ("1 2 nil 4", run("local f = coroutine.wrap(function(a) local b, c, d = coroutine.yield(a)"
+                             "  return a .. ' ' .. b .. ' ' .. tostring(c) .. ' ' .. d end)"
+                             "f(1) return f(2, nil, 4)"));
+  EXPECT_EQ("oh", run("return select(2, coroutine.resume(coroutine.create(function() error('oh', 0) end)))"));
+  EXPECT_EQ(
+      "cannot resume dead coroutine",
+      run("local c = coroutine.create(function() end) coroutine.resume(c) return select(2, coroutine.resume(c))"));
+  EXPECT_THAT(run("coroutine.wrap(print)"), HasSubstr("bad argument #1 to 'wrap' (Lua function expected)"));
+  EXPECT_EQ("7", run("return coroutine.wrap(function() return pcall(error, 7) end)() == false and '7'"));
+}
+
 TEST_F(ScriptManagerTest, ExceptionThatIsNoStandardOne) {
   lua_register(manager().getLuaState(), "throw", &throwNumber);
   EXPECT_EQ("C++ exception of an unknown type", run("throw()"));

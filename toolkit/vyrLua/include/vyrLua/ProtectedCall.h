@@ -16,8 +16,8 @@ namespace vyrLua {
 /// Arguments and result are those of lua_pcall.
 VYRLUA_EXPORT int protectedCall(lua_State* state, int argumentCount, int resultCount, int handler);
 
-/// Replaces the script's pcall and xpcall by ones that do the same; otherwise they would report an exception by a stale
-/// value of the stack. Coroutines keep the interpreter's own border.
+/// Replaces the script's pcall, xpcall, coroutine.resume and coroutine.wrap by ones that do the same; the interpreter's
+/// own would report an exception by a stale value of the stack. Out of a coroutine an exception comes without its text.
 VYRLUA_EXPORT void openProtectedCalls(lua_State* state);
 
 } // namespace vyrLua
