@@ -1,9 +1,10 @@
 /// The search for fonts. The text library has one of its own, which does not tell where it looked.
 #include "FontSearch.h"
 
+#include "FileSearch.h"
+
 #include <osgDB/FileNameUtils>
 
-#include "FileSearch.h"
 #include <cstdlib>
 #include <filesystem>
 #include <vector>

@@ -1,4 +1,8 @@
 /// Applying a bundle of colours, textures, uniforms and a shader state.
+#include "Surface.h"
+#include "UniformList.h"
+
+#include <vyrOSG/Conversions.h>
 #include <vyrOSG/GeometryNode.h>
 #include <vyrOSG/Group.h>
 #include <vyrOSG/Node.h>
@@ -10,7 +14,6 @@
 #include <osg/Material>
 #include <osg/StateSet>
 
-#include "UniformList.h"
 #include <algorithm>
 
 namespace vyrOSG {
@@ -18,16 +21,22 @@ namespace vyrOSG {
 namespace {
 
 // Above this the scene-graph library would make lists of as many entries as the number says.
-constexpr int kTextureUnits = 64;
+constexpr int kLastTextureUnit = 64;
 constexpr float kLargestShininess = 128;
-
-osg::Vec4 narrow(const vyr::Vec4& v) {
-  return osg::Vec4(static_cast<float>(v[0]), static_cast<float>(v[1]), static_cast<float>(v[2]),
-                   static_cast<float>(v[3]));
-}
 
 osg::StateAttribute::OverrideValue flags(RenderStateManager::Values value) {
   return static_cast<osg::StateAttribute::OverrideValue>(value);
+}
+
+/// The look that visuals are made with is nobody's wish: below a node that was coloured it gives way.
+void dropDefaultLooks(osg::Node* node) {
+  surface::visitStateSets(node, [](osg::StateSet& stateSet) {
+    auto* material = static_cast<osg::Material*>(stateSet.getAttribute(osg::StateAttribute::MATERIAL));
+    if (!surface::isDefaultMaterial(material))
+      return;
+    stateSet.removeAttribute(material);
+    surface::setTransparency(stateSet, 1);
+  });
 }
 
 } // namespace
@@ -54,23 +63,27 @@ void RenderStateManager::RenderState::apply(osg::StateSet* stateSet, Values valu
 }
 
 void RenderStateManager::RenderState::apply(vyrOSG::Group* group, Values value) {
-  if (group)
-    apply(group->getOrCreateStateSet(), value);
+  applyToNode(group, value);
 }
 
 void RenderStateManager::RenderState::apply(vyrOSG::Node* node, Values value) {
-  if (node)
-    apply(node->getOrCreateStateSet(), value);
+  applyToNode(node, value);
 }
 
 void RenderStateManager::RenderState::apply(vyrOSG::GeometryNode* node, Values value) {
-  if (node)
-    apply(node->getOrCreateStateSet(), value);
+  applyToNode(node, value);
 }
 
 void RenderStateManager::RenderState::apply(vyrOSG::SimulationObject& object, Values value) {
-  if (osg::Node* node = object.getNode())
-    apply(node->getOrCreateStateSet(), value);
+  applyToNode(object.getNode(), value);
+}
+
+void RenderStateManager::RenderState::applyToNode(osg::Node* node, Values value) {
+  if (!node)
+    return;
+  apply(node->getOrCreateStateSet(), value);
+  if (m_colors.count(DIFFUSE) > 0)
+    dropDefaultLooks(node);
 }
 
 void RenderStateManager::RenderState::applyColors(osg::StateSet& stateSet, Values value) const {
@@ -78,6 +91,7 @@ void RenderStateManager::RenderState::applyColors(osg::StateSet& stateSet, Value
     return;
   const auto* before = dynamic_cast<const osg::Material*>(stateSet.getAttribute(osg::StateAttribute::MATERIAL));
   osg::ref_ptr<osg::Material> material = before ? new osg::Material(*before) : new osg::Material;
+  material->setName(m_name);
   const osg::Material::Face faces = osg::Material::FRONT_AND_BACK;
   const vyr::Vec4* alpha = nullptr;
   for (const auto& [type, color] : m_colors) {
@@ -87,16 +101,16 @@ void RenderStateManager::RenderState::applyColors(osg::StateSet& stateSet, Value
     }
     switch (type) {
     case AMBIENT:
-      material->setAmbient(faces, narrow(color));
+      material->setAmbient(faces, toOsg(color));
       break;
     case DIFFUSE:
-      material->setDiffuse(faces, narrow(color));
+      material->setDiffuse(faces, toOsg(color));
       break;
     case SPECULAR:
-      material->setSpecular(faces, narrow(color));
+      material->setSpecular(faces, toOsg(color));
       break;
     case EMISSIVE:
-      material->setEmission(faces, narrow(color));
+      material->setEmission(faces, toOsg(color));
       break;
     case SHININESS:
       material->setShininess(faces, std::clamp(static_cast<float>(color[0]), 0.0f, kLargestShininess));
@@ -108,24 +122,27 @@ void RenderStateManager::RenderState::applyColors(osg::StateSet& stateSet, Value
       VYR_NOTIFY(vyr::NOTIFY_ERROR) << "render state \"" << m_name << "\": there is no colour kind " << type;
     }
   }
+  // Until someone separates the two, surfaces answer ambient light in their diffuse colour.
+  const bool diffuseSet = m_colors.count(DIFFUSE) > 0;
+  if (diffuseSet && m_colors.count(AMBIENT) == 0)
+    material->setAmbient(faces, material->getDiffuse(osg::Material::FRONT));
   // The alpha goes into every colour, so it comes after them, whatever the order of the table.
   if (alpha)
     material->setAlpha(faces, std::clamp(static_cast<float>((*alpha)[0]), 0.0f, 1.0f));
   stateSet.setAttributeAndModes(material, flags(value));
-  if (material->getDiffuse(osg::Material::FRONT).a() < 1) {
+  if (!diffuseSet && !alpha)
+    return;
+  const float opacity = material->getDiffuse(osg::Material::FRONT).a();
+  surface::setTransparency(stateSet, opacity);
+  if (opacity < 1)
     stateSet.setMode(GL_BLEND, flags(value));
-    stateSet.setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
-  } else if (alpha) {
-    stateSet.removeMode(GL_BLEND);
-    stateSet.setRenderingHint(osg::StateSet::DEFAULT_BIN);
-  }
 }
 
 void RenderStateManager::RenderState::applyTextures(osg::StateSet& stateSet, Values value) const {
   for (const auto& [unit, entry] : m_textures) {
-    if (unit < 0 || unit >= kTextureUnits) {
+    if (unit < 0 || unit > kLastTextureUnit) {
       VYR_NOTIFY(vyr::NOTIFY_ERROR) << "render state \"" << m_name << "\": texture unit " << unit
-                                    << " is not from 0 to " << kTextureUnits - 1;
+                                    << " is not from 0 to " << kLastTextureUnit;
       continue;
     }
     if (!entry.texture)

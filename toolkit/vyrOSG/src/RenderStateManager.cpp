@@ -1,12 +1,13 @@
 /// The registries of the render state manager.
 #include <vyrOSG/RenderStateManager.h>
 
-#include <vyr/Notify.h>
-#include <vyrCFG/ConfigScript.h>
-
 #include "FileSearch.h"
 #include "RenderStateScript.h"
 #include "ReportingProgram.h"
+
+#include <vyr/Notify.h>
+#include <vyrCFG/ConfigScript.h>
+
 #include <fstream>
 #include <iterator>
 

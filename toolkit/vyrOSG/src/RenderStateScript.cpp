@@ -1,15 +1,16 @@
 /// The sections of a render state script.
 #include "RenderStateScript.h"
 
+#include "ConfigReader.h"
+#include "FileSearch.h"
+#include "ReportingProgram.h"
+#include "UniformValue.h"
+
 #include <vyr/Notify.h>
 
 #include <osg/Texture2D>
 #include <osgDB/ReadFile>
 
-#include "ConfigReader.h"
-#include "FileSearch.h"
-#include "ReportingProgram.h"
-#include "UniformValue.h"
 #include <algorithm>
 #include <utility>
 #include <vector>
@@ -20,7 +21,7 @@ using vyrCFG::ConfigValue;
 
 namespace {
 
-constexpr int kLastTextureUnit = 63;
+constexpr int kLastTextureUnit = 64;
 constexpr int kLastAttribute = 15;
 
 // The names of the stages in scripts; kStages gives their types in the same order.

@@ -1,12 +1,11 @@
 /// Applying a program and its uniforms.
+#include "UniformList.h"
 #include <vyrOSG/Node.h>
 #include <vyrOSG/RenderStateManager.h>
 
 #include <vyr/Notify.h>
 
 #include <osg/StateSet>
-
-#include "UniformList.h"
 
 namespace vyrOSG {
 

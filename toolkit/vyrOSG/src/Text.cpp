@@ -1,12 +1,13 @@
 /// The text node: checks what it is given and hands it to its one drawable.
 #include <vyrOSG/Text.h>
 
+#include "FontSearch.h"
+
 #include <vyr/Notify.h>
 
 #include <osg/Geode>
 #include <osgText/Text>
 
-#include "FontSearch.h"
 #include <cmath>
 
 namespace vyrOSG {

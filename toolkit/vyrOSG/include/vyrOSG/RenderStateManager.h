@@ -22,8 +22,9 @@
 #include <vector>
 
 namespace osg {
+class Node;
 class StateSet;
-}
+} // namespace osg
 
 namespace vyrCFG {
 class ConfigScript;
@@ -146,7 +147,7 @@ public:
   void setName(const std::string& name) { m_name = name; }
   const std::string& getName() const { return m_name; }
 
-  /// Gives a texture unit (0 to 63) its texture; *retains* both. Nullable: `texture` (the unit is left alone) and
+  /// Gives a texture unit (0 to 64) its texture; *retains* both. Nullable: `texture` (the unit is left alone) and
   /// `matrix`. A unit outside the range is kept, but `apply` skips it with one error line.
   void addTexture(int unit, osg::Texture* texture, osg::TexMat* matrix = nullptr) {
     m_textures[unit] = Texture{texture, matrix, nullptr};
@@ -156,15 +157,16 @@ public:
     m_textures[unit] = Texture{texture, matrix, sampler};
   }
 
-  /// Puts the bundle on the group's own state set. Null: nothing happens, here and below.
+  /// Puts the bundle on the group's own state set. Null: nothing happens, here and below. If it has a diffuse colour,
+  /// visuals below the node that still look as they were made take them over, here and in the forms for nodes below.
   void apply(vyrOSG::Group* group, Values value = ON);
   /// Puts the bundle on the node's own state set.
   void apply(vyrOSG::Node* node, Values value = ON);
   /// Puts the bundle on the geometry node.
   void apply(vyrOSG::GeometryNode* node, Values value = ON);
   /// Puts the bundle on a state set: the colours that are set go into its material (one that it has is copied, so that
-  /// other colours stay and other users of it do not change), an alpha below 1 turns blending on, then textures,
-  /// uniforms and the shader state follow.
+  /// other colours stay and other users of it do not change; a diffuse colour without an ambient one sets both), an
+  /// alpha below 1 turns blending on, then textures, uniforms and the shader state follow.
   void apply(osg::StateSet* stateSet, Values value = ON);
   /// Puts the bundle on the object's visual node; an object without one is left alone.
   void apply(vyrOSG::SimulationObject& object, Values value = ON);
@@ -184,6 +186,7 @@ protected:
   ~RenderState() override;
 
 private:
+  void applyToNode(osg::Node* node, Values value);
   void applyColors(osg::StateSet& stateSet, Values value) const;
   void applyTextures(osg::StateSet& stateSet, Values value) const;
 
