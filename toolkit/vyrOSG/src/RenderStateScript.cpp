@@ -9,7 +9,7 @@
 #include <vyr/Notify.h>
 
 #include <osg/Texture2D>
-#include <osgDB/ReadFile>
+#include <osgDB/Registry>
 
 #include <algorithm>
 #include <utility>
@@ -107,7 +107,9 @@ void RenderStateScript::texture(const std::string& name, ConfigReader& reader) {
   const std::string path = findFile(reader, "file", file, fileValue->getLine());
   if (path.empty())
     return;
-  const osg::ref_ptr<osg::Image> image = osgDB::readRefImageFile(path);
+  // Through the registry, which leaves it to us to tell of a failure.
+  osgDB::Registry* registry = osgDB::Registry::instance();
+  const osg::ref_ptr<osg::Image> image = registry->readImage(path, registry->getOptions()).takeImage();
   if (!image) {
     reader.fail(fileValue->getLine(), "file \"" + path + "\" holds no image that can be read");
     return;

@@ -4,6 +4,7 @@
 #include <vyr/Notify.h>
 
 #include <osg/State>
+#include <osgDB/FileNameUtils>
 
 #include <regex>
 #include <sstream>
@@ -18,12 +19,13 @@ std::string ShaderOrigin::locate(int line) const {
 
 std::vector<std::string> readShaderLog(const osg::Shader& shader, const std::string& log) {
   // Each form gives the line number and the text; the first groups hold the number of the source string.
-  static const std::regex mesa(R"(^\s*\d+:(\d+)\(\d+\):\s*(.*\S)\s*$)");
-  static const std::regex nvidia(R"(^\s*\d+\((\d+)\)\s*:\s*(.*\S)\s*$)");
-  static const std::regex amd(R"(^\s*(?:ERROR|WARNING):\s*\d+:(\d+):\s*(.*\S)\s*$)");
+  static const std::regex mesa(R"(^\s*\d+:(\d{1,9})\(\d+\):\s*(.*\S)\s*$)");
+  static const std::regex nvidia(R"(^\s*\d+\((\d{1,9})\)\s*:\s*(.*\S)\s*$)");
+  static const std::regex amd(R"(^\s*(?:ERROR|WARNING):\s*\d+:(\d{1,9}):\s*(.*\S)\s*$)");
 
   const auto* origin = dynamic_cast<const ShaderOrigin*>(shader.getUserData());
-  const std::string suffix = std::string(" (") + shader.getTypename() + " shader \"" + shader.getName() + "\")";
+  const std::string suffix =
+      " (" + osgDB::convertToLowerCase(shader.getTypename()) + " shader \"" + shader.getName() + "\")";
   const auto locate = [&](int line) {
     return origin ? origin->locate(line) : "shader \"" + shader.getName() + "\":" + std::to_string(line);
   };
