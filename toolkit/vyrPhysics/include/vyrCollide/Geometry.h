@@ -72,6 +72,10 @@ public:
   /// Axis-aligned box in the world, in m.
   Bounds getWorldBounds() const;
 
+  /// Where a ray first meets this geometry alone: the distance from `origin` in m along `direction` (need not be a
+  /// unit vector), at most `length`. False when it does not.
+  bool rayTest(const vyr::Vec3& origin, const vyr::Vec3& direction, double length, double& outDistance) const;
+
   /// The collision engine's side of the geometry. For the library itself.
   GeometryNative* getNative() const { return m_native.get(); }
 

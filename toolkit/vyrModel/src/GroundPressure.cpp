@@ -1,0 +1,137 @@
+/// How contacts press on the samples of a height field.
+#include "GroundPressure.h"
+
+#include <vyr/Vec2.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+
+namespace vyrModel {
+
+namespace {
+
+/// A gap in m below which an underside counts as touching: contact points alone are few and come and go.
+const double kTouchGap = 0.02;
+
+/// The contacts of one other geometry, in grid units: sample (column, row) lies at that point.
+struct Patch {
+  const vyrCollide::Geometry* other = nullptr;
+  std::vector<vyr::Vec2> points;
+  double force = 0;
+};
+
+/// A height field with its place in the world.
+struct Ground {
+  const vyrCollide::HeightField& field;
+  vyr::AffineMatrix4x4 toWorld;
+  vyr::AffineMatrix4x4 toGround;
+  double dx;
+  double dy;
+
+  vyr::Vec2 toGrid(const vyr::Vec3& world) const {
+    const vyr::Vec3 local = world * toGround;
+    return {(local.x() + 0.5 * field.getSizeX()) / dx, (local.y() + 0.5 * field.getSizeY()) / dy};
+  }
+};
+
+/// The grid rectangle under the world box of a geometry, cut to the grid.
+void rectangleUnder(const Ground& ground, const vyrCollide::Geometry& other, vyr::Vec2& outLow, vyr::Vec2& outHigh) {
+  const vyrCollide::Bounds bounds = other.getWorldBounds();
+  outLow.set(1e300, 1e300);
+  outHigh.set(-1e300, -1e300);
+  for (int corner = 0; corner < 8; ++corner) {
+    const vyr::Vec2 point = ground.toGrid(vyr::Vec3((corner & 1) != 0 ? bounds.max.x() : bounds.min.x(),
+                                                    (corner & 2) != 0 ? bounds.max.y() : bounds.min.y(),
+                                                    (corner & 4) != 0 ? bounds.max.z() : bounds.min.z()));
+    outLow.set(std::min(outLow.x(), point.x()), std::min(outLow.y(), point.y()));
+    outHigh.set(std::max(outHigh.x(), point.x()), std::max(outHigh.y(), point.y()));
+  }
+  outLow.set(std::max(0.0, std::ceil(outLow.x())), std::max(0.0, std::ceil(outLow.y())));
+  outHigh.set(std::min(static_cast<double>(ground.field.getNumColumns() - 1), outHigh.x()),
+              std::min(static_cast<double>(ground.field.getNumRows() - 1), outHigh.y()));
+}
+
+/// Whether the underside of `other` touches the sample: a ray from below it meets the underside no higher than a gap.
+bool touches(const Ground& ground, const vyrCollide::Geometry& other, std::size_t column, std::size_t row) {
+  const double reach = ground.dx + ground.dy;
+  const vyr::Vec3 sample = ground.field.getVertex(column, row);
+  const vyr::Vec3 from = (sample - vyr::Vec3(0, 0, reach)) * ground.toWorld;
+  double distance = 0;
+  return other.rayTest(from, ground.toWorld.transform3x3(vyr::Vec3(0, 0, 1)), reach + kTouchGap, distance);
+}
+
+/// The samples that carry a patch.
+std::set<std::size_t> samplesUnder(const Ground& ground, const Patch& patch) {
+  const std::size_t columns = ground.field.getNumColumns();
+  std::set<std::size_t> samples;
+  for (const vyr::Vec2& point : patch.points) {
+    const double column = std::round(point.x());
+    const double row = std::round(point.y());
+    if (column >= 0 && row >= 0 && column < static_cast<double>(columns) &&
+        row < static_cast<double>(ground.field.getNumRows())) {
+      samples.insert(static_cast<std::size_t>(row) * columns + static_cast<std::size_t>(column));
+    }
+  }
+  vyr::Vec2 low;
+  vyr::Vec2 high;
+  rectangleUnder(ground, *patch.other, low, high);
+  for (double row = low.y(); row <= high.y(); ++row) {
+    for (double column = low.x(); column <= high.x(); ++column) {
+      const auto i = static_cast<std::size_t>(column);
+      const auto j = static_cast<std::size_t>(row);
+      if (touches(ground, *patch.other, i, j)) {
+        samples.insert(j * columns + i);
+      }
+    }
+  }
+  return samples;
+}
+
+} // namespace
+
+std::vector<LoadedSample> groundPressure(const vyrSDK::Simulation& simulation, const vyrCollide::Geometry& ground,
+                                         const vyrCollide::HeightField& field) {
+  const vyr::AffineMatrix4x4 toWorld = ground.getTransform();
+  const Ground place{field, toWorld, toWorld.inverse(),
+                     field.getSizeX() / static_cast<double>(field.getNumColumns() - 1),
+                     field.getSizeY() / static_cast<double>(field.getNumRows() - 1)};
+
+  // By first contact, not by address: the order must not depend on where objects lie in memory.
+  std::vector<Patch> patches;
+  std::map<const vyrCollide::Geometry*, std::size_t> patchOf;
+  for (const vyrSDK::Contact& contact : simulation.getContacts()) {
+    const bool first = contact.geometry1 == &ground;
+    if ((!first && contact.geometry2 != &ground) || contact.normalForce <= 0) {
+      continue;
+    }
+    const vyrCollide::Geometry* other = first ? contact.geometry2 : contact.geometry1;
+    if (other->isSensor()) {
+      continue;
+    }
+    const std::size_t index = patchOf.emplace(other, patches.size()).first->second;
+    if (index == patches.size()) {
+      patches.emplace_back();
+      patches.back().other = other;
+    }
+    patches[index].points.push_back(place.toGrid(contact.point));
+    patches[index].force += contact.normalForce;
+  }
+
+  std::map<std::size_t, double> pressures;
+  for (const Patch& patch : patches) {
+    const std::set<std::size_t> samples = samplesUnder(place, patch);
+    for (const std::size_t sample : samples) {
+      pressures[sample] += patch.force / (static_cast<double>(samples.size()) * place.dx * place.dy);
+    }
+  }
+  std::vector<LoadedSample> loads;
+  loads.reserve(pressures.size());
+  for (const auto& [index, pressure] : pressures) {
+    loads.push_back({index, pressure});
+  }
+  return loads;
+}
+
+} // namespace vyrModel
