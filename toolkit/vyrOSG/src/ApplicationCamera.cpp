@@ -15,10 +15,26 @@ namespace {
 /// From the front right and above: shows three faces of a box, and the ground as ground.
 const osg::Vec3d kDefaultDirection(-0.55, 1.0, -0.50);
 
-/// What an empty scene, or one of nothing but endless planes, is looked at with (m).
-constexpr double kEmptyRadius = 5.0;
+/// What an empty scene, or one of nothing but endless planes, is looked at as (m, from the origin).
+constexpr float kEmptyExtent = 3.0f;
 
-constexpr double kFitMargin = 1.08;
+constexpr double kFitMargin = 1.10;
+
+/// The distance from the middle of the box at which, looking along the unit vector @p direction with z up, every corner
+/// is inside the view.
+double fitDistance(const osg::BoundingBox& box, const osg::Vec3d& direction, double fieldOfView, double aspect) {
+  osg::Vec3d right = direction ^ osg::Vec3d(0.0, 0.0, 1.0);
+  right.normalize();
+  const osg::Vec3d up = right ^ direction;
+  const double tangent = std::tan(osg::DegreesToRadians(0.5 * fieldOfView));
+  double distance = 1.0e-3;
+  for (unsigned i = 0; i < 8; ++i) {
+    const osg::Vec3d corner = osg::Vec3d(box.corner(i)) - osg::Vec3d(box.center());
+    const double aside = std::max(std::fabs(corner * right) / (tangent * aspect), std::fabs(corner * up) / tangent);
+    distance = std::max(distance, kFitMargin * aside - corner * direction);
+  }
+  return distance;
+}
 
 } // namespace
 
@@ -33,6 +49,7 @@ void ExampleApplication::setCameraHome(const vyr::Vec3& eye, const vyr::Vec3& ce
   m_parts->homeCenter = toOsg(center);
   m_parts->homeUp = toOsg(up);
   m_cameraHomeSet = true;
+  m_parts->viewWasChosen = true;
   placeHome();
 }
 
@@ -61,26 +78,24 @@ void ExampleApplication::updateView() {
 void ExampleApplication::fitSceneIntoView() {
   if (!m_viewer.valid())
     return;
-  const osg::BoundingBox box = measureScene(m_sceneRoot.get());
-  const osg::Vec3d center = box.valid() ? osg::Vec3d(box.center()) : osg::Vec3d();
-  const double radius = box.valid() ? std::max(static_cast<double>(box.radius()), 1.0e-3) : kEmptyRadius;
-  osg::Camera* camera = m_viewer->getCamera();
-  double fieldOfView = 40.0;
-  double aspect = 1.0;
-  double near = 0.0;
-  double far = 0.0;
-  camera->getProjectionMatrixAsPerspective(fieldOfView, aspect, near, far);
-  const double half = osg::DegreesToRadians(0.5 * fieldOfView);
-  const double narrow = std::min(half, std::atan(std::tan(half) * aspect));
-
+  osg::BoundingBox box = measureScene(m_sceneRoot.get());
+  if (!box.valid())
+    box.set(-kEmptyExtent, -kEmptyExtent, 0.0f, kEmptyExtent, kEmptyExtent, kEmptyExtent);
   osg::Vec3d direction = kDefaultDirection;
-  if (m_parts->currentScene == Parts::kNoScene || getTimeStamp() > 0.0) {
+  if (m_parts->viewWasChosen) {
     const osg::Vec3d looking = toOsg(getViewDirection());
     if (looking.length2() > 0.0 && std::fabs(looking.z()) < 0.99)
       direction = looking;
   }
   direction.normalize();
-  const osg::Vec3d eye = center - direction * (kFitMargin * radius / std::sin(narrow));
+  double fieldOfView = 40.0;
+  double aspect = 1.0;
+  double near = 0.0;
+  double far = 0.0;
+  m_viewer->getCamera()->getProjectionMatrixAsPerspective(fieldOfView, aspect, near, far);
+  const osg::Vec3d center = box.center();
+  const osg::Vec3d eye = center - direction * fitDistance(box, direction, fieldOfView, aspect);
+  m_parts->viewWasChosen = true;
   m_parts->manipulator->setHomePosition(eye, center, osg::Vec3d(0.0, 0.0, 1.0));
   setView(eye, center, osg::Vec3d(0.0, 0.0, 1.0));
 }

@@ -64,6 +64,7 @@ struct ExampleApplication::Parts {
   osg::Vec3d homeUp{0.0, 0.0, 1.0};
   osg::ref_ptr<osgGA::TrackballManipulator> manipulator;
   OrbitCamera orbit;
+  bool viewWasChosen = false;
   vyr::ref_ptr<ScenePickHandler> pickHandler;
   float pointerX = 0.0f;
   float pointerY = 0.0f;

@@ -69,10 +69,12 @@ bool ExampleApplication::setupViewer(bool createWindow, bool realize) {
   m_viewer->setSceneData(m_root.get());
   if (realize)
     m_viewer->realize();
-  if (m_cameraHomeSet)
+  if (m_cameraHomeSet) {
     placeHome();
-  else
+  } else {
     fitSceneIntoView();
+    m_parts->viewWasChosen = false;
+  }
   return true;
 }
 

@@ -99,7 +99,7 @@ bool ExampleApplication::createScene(std::size_t index) {
     return false;
   // A home that was set before the first scene is meant for it; every later scene begins without one.
   if (m_parts->currentScene != Parts::kNoScene)
-    m_cameraHomeSet = false;
+    m_cameraHomeSet = m_parts->viewWasChosen = false;
   const double stopIn = m_parts->stopTime - getTimeStamp();
   clearScene();
   // Limits are spans of the run, while the clock begins anew with the scene.

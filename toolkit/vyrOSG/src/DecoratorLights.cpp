@@ -54,6 +54,8 @@ void DecoratorLights::create(int mask) {
       light->setDiffuse(plan.diffuse);
       light->setSpecular(plan.specular);
       light->setPosition(osg::Vec4(plan.direction * kDistance, 0.0f));
+      // Only spots shine along it, but shadow techniques read it.
+      light->setDirection(-plan.direction);
       m_lights[i] = new osg::LightSource;
       m_lights[i]->setLight(light.get());
       m_lights[i]->setName("vyrOSG::SceneDecorator light " + std::to_string(i));
@@ -72,6 +74,12 @@ osg::LightSource* DecoratorLights::get(int bit) const {
   return nullptr;
 }
 
+void DecoratorLights::moveToEnd(osg::LightSource* light) {
+  osg::ref_ptr<osg::LightSource> held = light;
+  if (m_group->removeChild(light))
+    m_group->addChild(light);
+}
+
 void DecoratorLights::place(const osg::BoundingSphere& sphere) {
   if (!sphere.valid())
     return;
@@ -81,6 +89,7 @@ void DecoratorLights::place(const osg::BoundingSphere& sphere) {
       continue;
     osg::Vec3 direction = kPlans[i].direction;
     direction.normalize();
+    m_lights[i]->getLight()->setDirection(-direction);
     m_lights[i]->getLight()->setPosition(osg::Vec4(direction * distance, 0.0f));
   }
 }

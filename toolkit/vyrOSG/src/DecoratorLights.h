@@ -27,6 +27,9 @@ public:
   /// The node of the light with exactly this bit. Nullable.
   osg::LightSource* get(int bit) const;
 
+  /// Lets the light be met last: techniques that are told no light take that one. Nullable.
+  void moveToEnd(osg::LightSource* light);
+
   /// Places the lights of the mask around the sphere.
   void place(const osg::BoundingSphere& sphere);
   void setPlaced(int mask, bool enable) { m_placed = enable ? m_placed | mask : m_placed & ~mask; }

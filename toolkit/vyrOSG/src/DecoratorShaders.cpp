@@ -122,7 +122,7 @@ osg::ref_ptr<osg::Shader> DecoratorShaders::makeFragmentShader(ShadowFilter filt
     source += std::string("const int TAPS = 2;\nconst float SPACING = 1.0;\n") + kShadowLookup;
     break;
   case ShadowFilter::SOFT:
-    source += std::string("const int TAPS = 5;\nconst float SPACING = 1.6;\n") + kShadowLookup;
+    source += std::string("const int TAPS = 6;\nconst float SPACING = 2.2;\n") + kShadowLookup;
     break;
   }
   source += kFragmentMain;

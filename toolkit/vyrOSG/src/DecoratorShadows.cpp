@@ -14,6 +14,9 @@
 #include <osgShadow/ShadowMap>
 #include <osgShadow/ShadowTexture>
 
+#include <sstream>
+#include <string>
+
 namespace vyrOSG {
 
 namespace {
@@ -50,6 +53,43 @@ private:
       return;
     if (static_cast<const osg::Material*>(attribute)->getColorMode() == osg::Material::OFF)
       state.addUniform(DecoratorShaders::makeMaterialUniform().get());
+  }
+};
+
+/// What is left of the light in the shadows of techniques that darken finished colours.
+constexpr float kShadowShare = 0.52f;
+
+/// Looks the fragment up in the map of its slice of the view. The colour comes lit from the fixed pipeline.
+class SplitShader : public osgShadow::ParallelSplitShadowMap::FragmentShaderGenerator {
+public:
+  std::string generateGLSL_FragmentShader_BaseTex(bool, unsigned int splitCount, double textureRes, bool, unsigned int,
+                                                  unsigned int textureOffset) override {
+    std::ostringstream source;
+    source << "#version 120\nuniform sampler2D baseTexture;\n";
+    for (unsigned i = 0; i < splitCount; ++i)
+      source << "uniform sampler2DShadow shadowTexture" << i << ";\nuniform float zShadow" << i << ";\n";
+    source << "float lookUp(sampler2DShadow map, vec4 place) {\n  float sum = 0.0;\n"
+              "  for (int row = -1; row <= 1; ++row)\n    for (int column = -1; column <= 1; ++column)\n"
+              "      sum += shadow2DProj(map, place + vec4(vec2(float(column), float(row)) * place.w / "
+           << textureRes << ", -0.0005 * place.w, 0.0)).r;\n  return sum / 9.0;\n}\n"
+           << "void main() {\n  float depth = gl_FragCoord.z;\n  float lit = 1.0;\n";
+    for (unsigned i = 0; i < splitCount; ++i)
+      source << (i > 0 ? "  else " : "  ") << "if (depth <= zShadow" << i << ")\n    lit = lookUp(shadowTexture" << i
+             << ", gl_TexCoord[" << i + textureOffset << "]);\n";
+    source << "  vec4 color = gl_Color * texture2D(baseTexture, gl_TexCoord[0].xy);\n"
+              "  gl_FragColor = vec4(color.rgb * mix("
+           << kShadowShare << ", 1.0, lit) + gl_SecondaryColor.rgb * lit, color.a);\n}\n";
+    return source.str();
+  }
+};
+
+/// Keeps the projected shadows from being black.
+class SoftenedShadowTexture : public osgShadow::ShadowTexture {
+public:
+  void init() override {
+    osgShadow::ShadowTexture::init();
+    _material->setEmission(osg::Material::FRONT_AND_BACK,
+                           osg::Vec4(kShadowShare, kShadowShare, kShadowShare, 1.0f));
   }
 };
 
@@ -110,14 +150,14 @@ void DecoratorShadows::apply(SceneDecorator::ShadowMethod method, osg::LightSour
   case SceneDecorator::PARALLELLSPLIT_SHADOWMAP: {
     osg::ref_ptr<osgShadow::ParallelSplitShadowMap> technique = new osgShadow::ParallelSplitShadowMap(nullptr, 3);
     technique->setTextureResolution(2048);
-    technique->setAmbientBias(osg::Vec2(0.45f, 0.55f));
+    technique->setFragmentShaderGenerator(new SplitShader);
     technique->setUserLight(light->getLight());
-    technique->setPolygonOffset(osg::Vec2f(0.0f, 0.0f));
+    technique->setPolygonOffset(osg::Vec2f(6.0f, 12.0f));
     m_shadowed->setShadowTechnique(technique.get());
     break;
   }
   case SceneDecorator::SHADOWTEXTURE: {
-    osg::ref_ptr<osgShadow::ShadowTexture> technique = new osgShadow::ShadowTexture;
+    osg::ref_ptr<SoftenedShadowTexture> technique = new SoftenedShadowTexture;
     technique->setTextureUnit(1);
     m_shadowed->setShadowTechnique(technique.get());
     break;

@@ -43,6 +43,23 @@ private:
   osg::NotifySeverity m_level;
 };
 
+/// Display servers under load now and then refuse a window that they grant a moment later.
+constexpr int kWindowTrials = 4;
+
+/// The window with the most samples a pixel that the display grants, up to those of the traits. Nullable.
+osg::ref_ptr<osg::GraphicsContext> openWindow(osg::GraphicsContext::Traits& traits) {
+  for (;; traits.samples /= 2) {
+    traits.sampleBuffers = traits.samples > 1 ? 1 : 0;
+    for (int trial = 0; trial < kWindowTrials; ++trial) {
+      osg::ref_ptr<osg::GraphicsContext> context = osg::GraphicsContext::createGraphicsContext(&traits);
+      if (context.valid() && context->valid())
+        return context;
+    }
+    if (traits.samples <= 1)
+      return nullptr;
+  }
+}
+
 } // namespace
 
 GraphicsBackend::GraphicsBackend()
@@ -99,17 +116,10 @@ bool GraphicsBackend::createWindow(unsigned width, unsigned height, unsigned sam
   traits->y = placement.y;
   traits->windowDecoration = placement.decorated;
   traits->windowName = placement.title;
-  for (;; traits->samples /= 2) {
-    traits->sampleBuffers = traits->samples > 1 ? 1 : 0;
-    osg::ref_ptr<osg::GraphicsContext> context = osg::GraphicsContext::createGraphicsContext(traits.get());
-    if (context.valid() && context->valid()) {
-      m_context = context;
-      break;
-    }
-    if (traits->samples <= 1) {
-      append(std::string("no window: display \"") + display + "\" offers no OpenGL window");
-      return false;
-    }
+  m_context = openWindow(*traits);
+  if (!m_context) {
+    append(std::string("no window: display \"") + display + "\" offers no OpenGL window");
+    return false;
   }
   m_kind = LaunchOptions::WINDOW;
   m_description = std::string("graphics: window on display \"") + display + "\", " + std::to_string(width) + "x" +

@@ -149,6 +149,7 @@ void SceneDecorator::setShadowMethod(ShadowMethod method) {
 }
 
 void SceneDecorator::applyShadows() {
+  m_lights->moveToEnd(m_lights->get(m_shadowLight));
   m_shadows->apply(m_shadowsEnabled ? m_shadowMethod : NO_SHADOWS, m_lights->get(m_shadowLight),
                    lightNumber(m_shadowLight));
 }
