@@ -1,6 +1,7 @@
 /// The simulation: clock, step, settings.
 #include <vyrSDK/Simulation.h>
 
+#include <vyr/Constraint1DOF.h>
 #include <vyr/Notify.h>
 
 #include "BulletConvert.h"
@@ -54,9 +55,6 @@ bool Simulation::setTimeStep(double dt) {
     return false;
   }
   m_clock.setTimeStep(dt);
-  for (const auto& constraint : m_constraints) {
-    constraint->applySettings();
-  }
   return true;
 }
 
@@ -120,12 +118,34 @@ void Simulation::moveKinematicBodies() {
   }
 }
 
+void Simulation::wakeDrivenBodies() {
+  for (const auto& constraint : m_constraints) {
+    const auto* driven = dynamic_cast<const vyr::Constraint1DOF*>(constraint.get());
+    if (driven != nullptr && driven->getEnableMotor() && driven->getMotorSpeed() != 0.0) {
+      for (const vyr::RigidBody* body : {constraint->getRigidBody1(), constraint->getRigidBody2()}) {
+        if (body != nullptr) {
+          body->getNative()->body->activate();
+        }
+      }
+    }
+  }
+}
+
 void Simulation::advance() {
   moveKinematicBodies();
+  if (m_sleeping) {
+    wakeDrivenBodies();
+  }
   m_native->contactsValid = false;
   const double dt = getTimeStep();
   m_native->world.stepSimulation(dt, 0, dt);
   m_clock.advance();
+  for (const auto& constraint : m_constraints) {
+    constraint->checkBreak();
+  }
+  for (const auto& particles : m_particleSystems) {
+    particles->age(dt);
+  }
 }
 
 namespace {

@@ -2,6 +2,7 @@
 #include "SimulationNative.h"
 
 #include <vyr/Material.h>
+#include <vyr/ParticleSystem.h>
 #include <vyr/RigidBody.h>
 #include <vyrCollide/Geometry.h>
 
@@ -59,12 +60,22 @@ vyrCollide::Geometry* geometryOf(const btCollisionObjectWrapper* wrapper) {
   return nullptr;
 }
 
+/// Never null.
+const vyr::Material* materialOf(const vyrCollide::Geometry* geometry, const btCollisionObject* object) {
+  if (geometry != nullptr) {
+    return geometry->getMaterial();
+  }
+  const bool particle = object->getUserIndex2() == vyrCollide::PARTICLE_OBJECT;
+  return particle ? static_cast<const vyr::ParticleSystem*>(object->getUserPointer())->getMaterial()
+                  : vyr::Material::getDefault();
+}
+
 bool prepareContact(btManifoldPoint& point, const btCollisionObjectWrapper* wrapper1, int, int,
                     const btCollisionObjectWrapper* wrapper2, int, int) {
   const vyrCollide::Geometry* geometry1 = geometryOf(wrapper1);
   const vyrCollide::Geometry* geometry2 = geometryOf(wrapper2);
-  const vyr::Material& material1 = geometry1 != nullptr ? *geometry1->getMaterial() : *vyr::Material::getDefault();
-  const vyr::Material& material2 = geometry2 != nullptr ? *geometry2->getMaterial() : *vyr::Material::getDefault();
+  const vyr::Material& material1 = *materialOf(geometry1, wrapper1->getCollisionObject());
+  const vyr::Material& material2 = *materialOf(geometry2, wrapper2->getCollisionObject());
   point.m_combinedFriction = vyr::Material::combineFriction(material1, material2);
   point.m_combinedRestitution = vyr::Material::combineRestitution(material1, material2);
   point.m_combinedRollingFriction = std::max(material1.getRollingFriction(), material2.getRollingFriction());

@@ -224,6 +224,28 @@ bool Simulation::remove(vyr::Constraint* constraint) {
   return true;
 }
 
+bool Simulation::add(vyr::ParticleSystem* particles) {
+  vyr::ref_ptr<vyr::ParticleSystem> holder = particles;
+  if (particles == nullptr) {
+    return refuseNull("particle system");
+  }
+  if (particles->getSimulation() != nullptr) {
+    return refuse("particle system", particles->getName());
+  }
+  m_particleSystems.push_back(holder);
+  particles->enter(this);
+  return true;
+}
+
+bool Simulation::remove(vyr::ParticleSystem* particles) {
+  vyr::ref_ptr<vyr::ParticleSystem> holder = particles;
+  if (!erase(m_particleSystems, particles)) {
+    return false;
+  }
+  particles->leave();
+  return true;
+}
+
 bool Simulation::add(Assembly* assembly) {
   vyr::ref_ptr<Assembly> holder = assembly;
   if (assembly == nullptr) {
@@ -299,6 +321,9 @@ void Simulation::clear() {
   }
   while (!m_constraints.empty()) {
     remove(m_constraints.back().get());
+  }
+  while (!m_particleSystems.empty()) {
+    remove(m_particleSystems.back().get());
   }
   while (!m_bodies.empty()) {
     remove(m_bodies.back().get());

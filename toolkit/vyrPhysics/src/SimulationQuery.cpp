@@ -130,6 +130,13 @@ uint64_t Simulation::stateHash() const {
     hash.add(toBullet(body->getVelocity()));
     hash.add(toBullet(body->getAngularVelocity()));
   }
+  for (const auto& particles : m_particleSystems) {
+    for (size_t i = 0; i < particles->getNumParticles(); ++i) {
+      hash.add(toBullet(particles->getPosition(i)));
+      hash.add(toBullet(particles->getVelocity(i)));
+      hash.add(toBullet(particles->getAngularVelocity(i)));
+    }
+  }
   return hash.getValue();
 }
 

@@ -9,6 +9,7 @@
 #include <vyr/ref_ptr.h>
 #include <vyrPhysics/export.h>
 
+#include <limits>
 #include <memory>
 
 namespace vyr {
@@ -17,10 +18,13 @@ struct ConstraintNative;
 
 /// A constraint between two frames, each fixed to a body or to the world.
 ///
-/// A frame without body stands for the world. The frames are read when the constraint is made and when it enters a
-/// simulation.
+/// A frame without body stands for the world. The frames are read when the constraint enters a simulation
+/// and by updateFrames.
 class VYRPHYSICS_EXPORT Constraint : public Referenced {
 public:
+  /// A force without limit.
+  static constexpr double kUnlimited = std::numeric_limits<double>::infinity();
+
   /// How thoroughly the constraint is solved when the simulation's solver iterates (ITERATIVE): with the iterations of
   /// the simulation (ITERATIVE), twice as many (DIRECT_AND_ITERATIVE, default) or ten times as many (DIRECT). The
   /// simulation's MULTI solver solves all constraints directly. The values are flags.
@@ -48,7 +52,7 @@ public:
 
   /// A constraint that is not enabled does nothing. Default: true.
   void setEnable(bool enable);
-  bool getEnable() const;
+  bool getEnable() const { return m_enable; }
 
   /// Two bodies that are tied together touch each other only if this is set. Default: false. Takes effect when the
   /// constraint enters a simulation.
@@ -59,12 +63,15 @@ public:
   void setBreakForce(double force);
   double getBreakForce() const { return m_breakForce; }
 
-  /// Force that the constraint put on the first body (without one: against the second) in the last step, world, N; its
+  /// Force that the constraint put on the first body (or the world in its place) in the last step, world, N; its
   /// motor's and limits' part included.
   Vec3 getForce() const;
 
   /// Torque that the constraint put on the first body in the last step about its centre of mass, world, N m.
   Vec3 getTorque() const;
+
+  /// Reads the frames anew, after a change of their local transforms.
+  void updateFrames();
 
   /// The engine's side of the constraint. For the library itself.
   ConstraintNative* getNative() const { return m_native.get(); }
@@ -73,14 +80,15 @@ protected:
   Constraint(Frame* frame1, Frame* frame2);
   ~Constraint() override;
 
-  /// Makes the engine's object anew from the frames and settings; called when the constraint enters a simulation.
-  virtual void createNative() = 0;
-
   std::unique_ptr<ConstraintNative> m_native;
 
 private:
   friend class vyrSDK::Simulation;
+  /// Makes the engine's object anew from the frames and settings.
+  void createNative();
   void applySettings();
+  /// Gives way when the force of the last step was too much.
+  void checkBreak();
 
   String m_name;
   ref_ptr<Frame> m_frame1;
@@ -89,7 +97,7 @@ private:
   ref_ptr<RigidBody> m_body2;
   vyrSDK::Simulation* m_simulation = nullptr;
   SolveType m_solveType = DIRECT_AND_ITERATIVE;
-  double m_breakForce;
+  double m_breakForce = kUnlimited;
   bool m_valid = true;
   bool m_enable = true;
   bool m_collide = false;

@@ -3,6 +3,7 @@
 
 #include <vyr/Constraint.h>
 #include <vyr/FrictionModel.h>
+#include <vyr/ParticleSystem.h>
 #include <vyr/Referenced.h>
 #include <vyr/RigidBody.h>
 #include <vyr/TimeStamp.h>
@@ -43,6 +44,7 @@ public:
   bool add(vyrCollide::Geometry* geometry);
   bool add(vyrCollide::Space* space);
   bool add(vyr::Constraint* constraint);
+  bool add(vyr::ParticleSystem* particles);
   bool add(Assembly* assembly);
   bool add(StepEventListener* listener);
   bool add(GuiEventListener* listener);
@@ -53,6 +55,7 @@ public:
   bool remove(vyrCollide::Geometry* geometry);
   bool remove(vyrCollide::Space* space);
   bool remove(vyr::Constraint* constraint);
+  bool remove(vyr::ParticleSystem* particles);
   bool remove(Assembly* assembly);
   bool remove(StepEventListener* listener);
   bool remove(GuiEventListener* listener);
@@ -64,6 +67,7 @@ public:
   const std::vector<vyr::ref_ptr<vyr::RigidBody>>& getRigidBodies() const { return m_bodies; }
   const std::vector<vyr::ref_ptr<vyrCollide::Geometry>>& getGeometries() const { return m_geometries; }
   const std::vector<vyr::ref_ptr<vyr::Constraint>>& getConstraints() const { return m_constraints; }
+  const std::vector<vyr::ref_ptr<vyr::ParticleSystem>>& getParticleSystems() const { return m_particleSystems; }
   const std::vector<vyr::ref_ptr<Assembly>>& getAssemblies() const { return m_assemblies; }
   const std::vector<vyr::ref_ptr<StepEventListener>>& getStepEventListeners() const { return m_stepListeners; }
   const std::vector<vyr::ref_ptr<GuiEventListener>>& getGuiEventListeners() const { return m_guiListeners; }
@@ -153,6 +157,7 @@ private:
   void refreshConstraints(const vyr::RigidBody* body);
   void moveKinematicBodies();
   void wakeBodies();
+  void wakeDrivenBodies();
   void advance();
   void updateSolver();
 
@@ -162,6 +167,7 @@ private:
   std::vector<vyr::ref_ptr<vyrCollide::Geometry>> m_geometries;
   std::vector<vyr::ref_ptr<vyrCollide::Space>> m_spaces;
   std::vector<vyr::ref_ptr<vyr::Constraint>> m_constraints;
+  std::vector<vyr::ref_ptr<vyr::ParticleSystem>> m_particleSystems;
   std::vector<vyr::ref_ptr<Assembly>> m_assemblies;
   std::vector<vyr::ref_ptr<StepEventListener>> m_stepListeners;
   std::vector<vyr::ref_ptr<GuiEventListener>> m_guiListeners;
