@@ -27,6 +27,15 @@ TEST_F(Machinery, ConstantsStandWhereTheyAreDeclared) {
   EXPECT_EQ("-2.5 nil", lua.eval("SCRIPT_ONLY, machine.SCRIPT_ONLY"));
 }
 
+TEST_F(Machinery, NumbersAreConvertedToTheParametersType) {
+  EXPECT_EQ("3 -3 -2147483648", lua.eval("machine.toInt(3.9), machine.toInt(-3.9), machine.toInt(0/0)"));
+  EXPECT_EQ("4294967295 5000000000 1", lua.eval("machine.toUnsigned(-1.9), string.format('%.0f', machine.toSize(5e9)), "
+                                                "machine.toShort(65537)"));
+  EXPECT_EQ("7 true", lua.eval("machine.toMode(7.9), math.abs(machine.toFloat(0.1) - 0.1) > 1e-10"));
+  // What reads as a number passes the runtime's test, as everywhere in Lua.
+  EXPECT_EQ("12", lua.eval("machine.toInt('12')"));
+}
+
 TEST_F(Machinery, DefaultsStandInForAbsentArguments) {
   EXPECT_EQ("5", lua.eval("machine.scaled(2)"));
   EXPECT_EQ("6", lua.eval("machine.scaled(2, 3)"));

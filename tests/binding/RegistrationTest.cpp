@@ -145,6 +145,56 @@ TEST_P(EachModule, EveryConstructorHasItsThreeNames) {
 INSTANTIATE_TEST_SUITE_P(Registration, EachModule, ::testing::ValuesIn(kModules),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
+TEST(Registration, TheOpeningOrderIsFixed) {
+  const std::vector<std::string> order = {"ExampleApplication",
+                                          "ImageCapture",
+                                          "Node",
+                                          "RenderToTexture",
+                                          "GeometryNode",
+                                          "Shape",
+                                          "TerrainRenderer",
+                                          "ReaderWriter",
+                                          "SceneDecorator",
+                                          "HudTextManager",
+                                          "SimulationPausedPrinter",
+                                          "SimulationTimePrinter",
+                                          "SimulationObject",
+                                          "RenderStateManager",
+                                          "utils",
+                                          "SplineRenderer",
+                                          "RockGenerator",
+                                          "WireRenderer",
+                                          "PressureRenderer",
+                                          "PressureFromContacts",
+                                          "Tree",
+                                          "Uniform",
+                                          "StateSet",
+                                          "DeformableHeightFieldRenderer",
+                                          "Text",
+                                          "LightSource",
+                                          "PressureFieldRenderer"};
+  std::vector<std::string> listed;
+  std::ifstream file(VYR_SOURCE_DIR "/binding/vyrOSG/modules.txt");
+  for (std::string line; std::getline(file, line);) {
+    if (!line.empty() && line[0] != '#') {
+      listed.push_back(line);
+    }
+  }
+  EXPECT_EQ(order, listed);
+  // The plugin opens what has a description, in that order.
+  std::vector<std::string> described;
+  for (const std::string& name : listed) {
+    if (std::ifstream(VYR_SOURCE_DIR "/binding/vyrOSG/" + name + ".pkg").good()) {
+      described.push_back(name);
+    }
+  }
+  std::vector<std::string> opened;
+  for (const Module& module : kModules) {
+    opened.push_back(module.name);
+  }
+  EXPECT_EQ(described, opened);
+}
+
 TEST(Registration, ShapeInFull) {
   LuaState lua;
   const std::vector<std::string> expected = {
