@@ -5,12 +5,17 @@
 #include <cmath>
 #include <cstdlib>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <map>
+#include <sstream>
 
 namespace vyrHost {
 
 namespace {
+
+constexpr long long kLargestPlace = 100000; // pixels
+constexpr long long kMostScreens = 1000;
 
 bool readDouble(const std::string& text, double& number) {
   char* end = nullptr;
@@ -30,6 +35,18 @@ bool readPositive(const std::string& text, double& number) {
   if (!readDouble(text, value) || value <= 0)
     return false;
   number = value;
+  return true;
+}
+
+/// Reads x, y, width and height of a window.
+bool readPlace(const std::vector<std::string>& numbers, vyrOSG::LaunchOptions& launch) {
+  long long x = 0;
+  long long y = 0;
+  if (!readInteger(numbers[0], x) || !readInteger(numbers[1], y) || std::llabs(x) > kLargestPlace ||
+      std::llabs(y) > kLargestPlace || !launch.parseSize(numbers[2] + "x" + numbers[3]))
+    return false;
+  launch.windowX = static_cast<int>(x);
+  launch.windowY = static_cast<int>(y);
   return true;
 }
 
@@ -88,8 +105,14 @@ private:
            m_line.session = v;
            return !v.empty();
          }},
-        // The viewer library's own options; it takes them from the environment as well.
-        {"--screen", [](const std::string& v) { return setenv("OSG_SCREEN", v.c_str(), 1) == 0; }},
+        {"--screen",
+         [this](const std::string& v) {
+           long long screen = 0;
+           if (!readInteger(v, screen) || screen < 0 || screen > kMostScreens)
+             return false;
+           m_launch.screen = static_cast<int>(screen);
+           return true;
+         }},
     };
     m_flags = {
         {"--help", [this] { m_line.command = CommandLine::HELP; }},
@@ -142,16 +165,11 @@ private:
   }
 
   void readWindow() {
-    std::string place;
-    for (int value = 0; value < 4; ++value, ++m_index) {
-      long long number = 0;
-      if (m_index >= m_line.arguments.size() || !readInteger(m_line.arguments[m_index], number)) {
-        m_error = "option '--window' needs four integers: x y width height";
-        return;
-      }
-      place += (place.empty() ? "" : " ") + std::to_string(number);
-    }
-    setenv("OSG_WINDOW", place.c_str(), 1);
+    std::vector<std::string> numbers;
+    while (numbers.size() < 4 && m_index < m_line.arguments.size())
+      numbers.push_back(m_line.arguments[m_index++]);
+    if (numbers.size() < 4 || !readPlace(numbers, m_launch))
+      m_error = "option '--window' needs four integers: x y width height";
   }
 
   void readShort(const std::string& argument) {
@@ -211,6 +229,19 @@ private:
 };
 
 } // namespace
+
+void CommandLine::readEnvironment(vyrOSG::LaunchOptions& launch) {
+  if (const char* place = std::getenv("OSG_WINDOW")) {
+    std::istringstream words(place);
+    const std::vector<std::string> numbers{std::istream_iterator<std::string>(words), {}};
+    if (numbers.size() == 4)
+      readPlace(numbers, launch);
+  }
+  long long screen = 0;
+  const char* number = std::getenv("OSG_SCREEN");
+  if (number != nullptr && readInteger(number, screen) && screen >= 0 && screen <= kMostScreens)
+    launch.screen = static_cast<int>(screen);
+}
 
 bool CommandLine::executesText() const {
   for (const Action& action : actions)

@@ -48,6 +48,10 @@ struct CommandLine {
   static bool parse(const std::vector<std::string>& arguments, CommandLine& result, vyrOSG::LaunchOptions& launch,
                     std::string& error);
 
+  /// Reads the viewer library's own variables OSG_WINDOW and OSG_SCREEN, which the command line overrides; malformed
+  /// ones are passed over, as the library does.
+  static void readEnvironment(vyrOSG::LaunchOptions& launch);
+
   /// The text of --help.
   static std::string getHelp();
 };

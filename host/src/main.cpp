@@ -136,6 +136,7 @@ int main(int argc, char** argv) {
   try {
     CommandLine line;
     std::string error;
+    CommandLine::readEnvironment(vyrOSG::LaunchOptions::process());
     if (!CommandLine::parse({argv, argv + argc}, line, vyrOSG::LaunchOptions::process(), error)) {
       std::fprintf(stderr, "vyr: %s\nTry 'vyr --help'.\n", error.c_str());
       return EXIT_CODE_USAGE;

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 namespace {
 
 using testing::ElementsAre;
@@ -82,6 +84,35 @@ TEST(CommandLine, LaunchOptionsInBothWritings) {
   EXPECT_TRUE(parsed.line.hasScript());
 }
 
+TEST(CommandLine, PlaceOfTheWindow) {
+  const Parsed parsed = parse({"--window", "-10", "20", "640", "480", "--screen=1", "s.lua"});
+  ASSERT_TRUE(parsed.ok) << parsed.error;
+  EXPECT_EQ(-10, parsed.launch.windowX);
+  EXPECT_EQ(20, parsed.launch.windowY);
+  EXPECT_EQ(640u, parsed.launch.width);
+  EXPECT_EQ(480u, parsed.launch.height);
+  EXPECT_EQ(1, parsed.launch.screen);
+  EXPECT_TRUE(parsed.line.hasScript());
+}
+
+TEST(CommandLine, PlaceOfTheWindowFromTheEnvironment) {
+  setenv("OSG_WINDOW", "5 6 70 80", 1);
+  setenv("OSG_SCREEN", "2", 1);
+  LaunchOptions launch;
+  CommandLine::readEnvironment(launch);
+  EXPECT_EQ(5, launch.windowX);
+  EXPECT_EQ(6, launch.windowY);
+  EXPECT_EQ(70u, launch.width);
+  EXPECT_EQ(80u, launch.height);
+  EXPECT_EQ(2, launch.screen);
+  setenv("OSG_WINDOW", "5 6", 1);
+  LaunchOptions untouched;
+  CommandLine::readEnvironment(untouched);
+  EXPECT_EQ(80, untouched.windowX);
+  unsetenv("OSG_WINDOW");
+  unsetenv("OSG_SCREEN");
+}
+
 TEST(CommandLine, CommandsThatAreWords) {
   EXPECT_EQ(CommandLine::DOCTOR, parse({"doctor"}).line.command);
   EXPECT_EQ(CommandLine::RUN, parse({"./doctor"}).line.command);
@@ -116,6 +147,8 @@ TEST(CommandLine, WrongUsageNamesTheArgument) {
       {{"--seed=-1"}, "'-1'"},
       {{"--watch=1"}, "'--watch=1'"},
       {{"--window", "1", "2", "3"}, "'--window'"},
+      {{"--window", "1", "2", "3", "x"}, "'--window'"},
+      {{"--screen=-1"}, "'-1'"},
   };
   for (const auto& [arguments, text] : cases) {
     const Parsed parsed = parse(arguments);

@@ -37,6 +37,10 @@ ExampleApplication::ExampleApplication(vyrSDK::Simulation* simulation)
     , m_parts(new Parts) {
   if (simulation)
     m_gravity = simulation->getGravity();
+  const LaunchOptions& options = LaunchOptions::process();
+  m_parts->placement.x = options.windowX;
+  m_parts->placement.y = options.windowY;
+  m_parts->placement.screen = options.screen;
   makeSceneGraph();
   m_imageCapture = new ImageCapture(m_simulation.get());
   m_parts->pickHandler = new ScenePickHandler;

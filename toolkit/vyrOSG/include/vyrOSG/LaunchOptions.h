@@ -50,6 +50,9 @@ public:
   Backend backend;         ///< Default AUTO.
   unsigned width;          ///< Pixels, default 1280.
   unsigned height;         ///< Pixels, default 720.
+  int windowX;             ///< Where a window stands, pixels of the screen, default 80.
+  int windowY;             ///< Default 60.
+  int screen;              ///< Which screen a window stands on, default 0.
   unsigned samples;        ///< Samples a pixel (antialiasing), default 4.
   long long steps;         ///< Stop after so many simulation steps; negative: no limit (default).
   double duration;         ///< Stop after so much simulated time (s); negative: no limit (default).

@@ -1,0 +1,213 @@
+/// The loaders: models through the scene-graph library's readers, scenes through the simulation's own format.
+#include <vyrOSG/ReaderWriter.h>
+
+#include "DataFile.h"
+#include "FileSearch.h"
+#include "SimulationFile.h"
+
+#include <vyrOSG/ExampleApplication.h>
+#include <vyrOSG/GeometryNode.h>
+#include <vyrOSG/Group.h>
+#include <vyrOSG/utils.h>
+
+#include <vyr/Notify.h>
+#include <vyr/RigidBody.h>
+#include <vyrCollide/Geometry.h>
+#include <vyrCollide/Shape.h>
+#include <vyrSDK/Assembly.h>
+#include <vyrSDK/Simulation.h>
+
+#include <osg/BoundingSphere>
+#include <osg/Node>
+#include <osgDB/FileNameUtils>
+#include <osgDB/Registry>
+
+#include <vector>
+
+namespace vyrOSG {
+
+namespace {
+
+// Far enough that what was read fills about half of the picture's height.
+constexpr double kHomeDistance = 3.5;
+
+osg::Node* reportUnread(const std::string& fileName, const osgDB::Options* options,
+                        const osgDB::ReaderWriter::ReadResult& result) {
+  const FileSearch search(fileName, "", options);
+  if (!search.isFound())
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::readNodeFile: cannot find '" << fileName
+                                  << "', tried: " << search.getTried();
+  else if (result.message().empty())
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::readNodeFile: cannot read '" << search.getPath()
+                                  << "': it is no model of a known format";
+  else
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::readNodeFile: cannot read '" << search.getPath()
+                                  << "': " << result.message();
+  return nullptr;
+}
+
+/// What was read from a file, before any of it is in the simulation that it is for.
+struct Parts {
+  std::vector<vyr::ref_ptr<vyr::RigidBody>> bodies;
+  std::vector<vyr::ref_ptr<vyrCollide::Geometry>> geometries;
+  std::vector<vyr::ref_ptr<vyr::Constraint>> constraints;
+  /// The picture of a model file that brings its own look. Nullable: the body is drawn by its shape.
+  osg::ref_ptr<osg::Node> look;
+};
+
+/// Where what was read goes: an assembly or the simulation itself.
+template <class Part>
+void addTo(vyrSDK::Simulation& simulation, vyrSDK::Assembly* assembly, Part* part) {
+  if (assembly)
+    assembly->add(part);
+  else
+    simulation.add(part);
+}
+
+/// Reads a scene file into a simulation of its own and takes the parts out of it, so that a mistake anywhere in the
+/// file leaves the simulation that they are for as it is.
+bool readScene(const std::string& path, vyrSDK::Simulation& simulation, unsigned long mask, Parts& outParts) {
+  vyr::ref_ptr<vyrSDK::Simulation> staging = new vyrSDK::Simulation;
+  staging->setGravity(simulation.getGravity());
+  staging->setTimeStep(simulation.getTimeStep());
+  if (!SimulationFile::restore(*staging, path, nullptr))
+    return false;
+  if ((mask & READ_SETTINGS) != 0) {
+    simulation.setGravity(staging->getGravity());
+    simulation.setTimeStep(staging->getTimeStep());
+  }
+  if ((mask & READ_BODIES) != 0) {
+    outParts.bodies = staging->getRigidBodies();
+    outParts.geometries = staging->getGeometries();
+    if ((mask & READ_CONSTRAINTS) != 0)
+      outParts.constraints = staging->getConstraints();
+  }
+  staging->clear();
+  return true;
+}
+
+bool readModelBody(const std::string& path, unsigned long mask, Parts& outParts) {
+  datafile::Model model;
+  if (!datafile::readModel("vyrOSG::readFile", path, 1, model))
+    return false;
+  if (model.hasLook)
+    outParts.look = model.node;
+  if ((mask & READ_BODIES) == 0)
+    return true;
+  const vyr::String name = osgDB::getStrippedName(path);
+  vyr::ref_ptr<vyr::RigidBody> body = new vyr::RigidBody(name);
+  body->setMotionControl(vyr::RigidBody::STATIC);
+  if (!body->add(new vyrCollide::Geometry(model.mesh.get(), name)))
+    return false;
+  outParts.bodies.push_back(body);
+  return true;
+}
+
+/// The sphere around what was drawn; the endless planes are left out.
+void grow(osg::BoundingSphere& bound, const vyrCollide::Geometry& geometry, osg::Group* root) {
+  const vyrCollide::Shape* shape = geometry.getShape();
+  GeometryNode* node = findGeometryNode(&geometry, root);
+  if (!node || !shape || shape->getType() == vyrCollide::Shape::PLANE)
+    return;
+  node->update();
+  bound.expandBy(node->getBound());
+}
+
+osg::BoundingSphere draw(const Parts& parts, vyrOSG::Group* root, float detailRatio, bool axes) {
+  osg::BoundingSphere bound;
+  for (const vyr::ref_ptr<vyr::RigidBody>& body : parts.bodies) {
+    vyrOSG::Group* visual = createVisual(body.get(), root, detailRatio, axes);
+    for (const vyr::ref_ptr<vyrCollide::Geometry>& geometry : body->getGeometries()) {
+      GeometryNode* node = findGeometryNode(geometry.get(), visual);
+      if (node && parts.look)
+        node->setRenderChild(GeometryNode::RENDER_DATA, parts.look);
+      grow(bound, *geometry, visual);
+    }
+  }
+  for (const vyr::ref_ptr<vyrCollide::Geometry>& geometry : parts.geometries) {
+    createVisual(geometry.get(), root, detailRatio, axes);
+    grow(bound, *geometry, root);
+  }
+  // A model that was asked for without its body.
+  if (parts.bodies.empty() && parts.look) {
+    root->addChild(parts.look);
+    bound.expandBy(parts.look->getBound());
+  }
+  return bound;
+}
+
+void showFrom(ExampleApplication& application, const osg::BoundingSphere& bound) {
+  if (!bound.valid())
+    return;
+  const vyr::Vec3 center(bound.center().x(), bound.center().y(), bound.center().z());
+  const vyr::Vec3 direction = vyr::Vec3(0.5, -1, 0.5).normalized();
+  application.setCameraHome(center + direction * (kHomeDistance * static_cast<double>(bound.radius())), center);
+}
+
+bool isMotionControl(int value) {
+  return value == -1 || (value >= vyr::RigidBody::STATIC && value <= vyr::RigidBody::DYNAMICS);
+}
+
+bool fail(const std::string& reason) {
+  VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::readFile: " << reason;
+  return false;
+}
+
+} // namespace
+
+osg::Node* readNodeFile(const std::string& fileName, bool useCache) {
+  return readNodeFile(fileName, nullptr, useCache);
+}
+
+osg::Node* readNodeFile(const std::string& fileName, const osgDB::Options* options, bool useCache) {
+  osgDB::Registry* registry = osgDB::Registry::instance();
+  const osgDB::Options* given = options ? options : registry->getOptions();
+  osg::ref_ptr<osgDB::Options> used = given ? given->cloneOptions() : new osgDB::Options;
+  const int nodes = osgDB::Options::CACHE_NODES;
+  const int hint = used->getObjectCacheHint();
+  used->setObjectCacheHint(static_cast<osgDB::Options::CacheHintOptions>(useCache ? hint | nodes : hint & ~nodes));
+  osgDB::ReaderWriter::ReadResult result = registry->readNode(fileName, used);
+  if (!result.validNode())
+    return reportUnread(fileName, used, result);
+  return result.takeNode();
+}
+
+bool readFile(const std::string& fileName, vyrSDK::Simulation* simulation, vyrOSG::Group* root,
+              vyrSDK::Assembly* assembly, vyrOSG::ExampleApplication* application, double detailRatio, bool createAxes,
+              int motionControl, unsigned long mask) {
+  if (!simulation)
+    return fail("there is no simulation to read '" + fileName + "' into");
+  if (assembly && assembly->getSimulation() && assembly->getSimulation() != simulation)
+    return fail("the assembly for '" + fileName + "' is in another simulation");
+  if (!isMotionControl(motionControl))
+    return fail("there is no motion control " + std::to_string(motionControl) + " for '" + fileName + "'");
+  const FileSearch search(fileName);
+  if (!search.isFound())
+    return fail("cannot find '" + fileName + "', tried: " + search.getTried());
+
+  Parts parts;
+  const bool isScene = osgDB::getLowerCaseFileExtension(search.getPath()) == "json";
+  if (isScene ? !readScene(search.getPath(), *simulation, mask, parts) : !readModelBody(search.getPath(), mask, parts))
+    return false;
+
+  for (const vyr::ref_ptr<vyr::RigidBody>& body : parts.bodies) {
+    if (motionControl != -1)
+      body->setMotionControl(static_cast<vyr::RigidBody::MotionControl>(motionControl));
+    addTo(*simulation, assembly, body.get());
+  }
+  for (const vyr::ref_ptr<vyrCollide::Geometry>& geometry : parts.geometries)
+    addTo(*simulation, assembly, geometry.get());
+  for (const vyr::ref_ptr<vyr::Constraint>& constraint : parts.constraints)
+    addTo(*simulation, assembly, constraint.get());
+  if (assembly && !assembly->getSimulation())
+    simulation->add(assembly);
+
+  if (!root || (mask & CREATE_VISUALS) == 0)
+    return true;
+  const osg::BoundingSphere bound = draw(parts, root, static_cast<float>(detailRatio), createAxes);
+  if (application)
+    showFrom(*application, bound);
+  return true;
+}
+
+} // namespace vyrOSG
