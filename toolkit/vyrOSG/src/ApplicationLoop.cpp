@@ -88,6 +88,9 @@ void ExampleApplication::runPaced() {
       owed -= getTimeStep();
       stepSimulation();
       takeDueShots();
+      // Each image shows its own moment, even where drawing is too slow for the wall clock.
+      if (isCapturingInLockStep())
+        break;
     }
     drawFrame();
     const double rest = kFrameTime - (clock.time_s() - now);
@@ -147,10 +150,13 @@ void ExampleApplication::stepSimulation() {
 void ExampleApplication::checkLimits() {
   if (getTimeStamp() < m_parts->sceneEnd - kReached)
     return;
-  if (m_parts->currentScene + 1 < m_parts->scenes.size())
+  if (m_parts->currentScene + 1 < m_parts->scenes.size()) {
+    // The moment at which the scene ends belongs to its film.
+    drawFrame();
     createNextScene();
-  else
+  } else {
     m_stopRequested = true;
+  }
 }
 
 } // namespace vyrOSG

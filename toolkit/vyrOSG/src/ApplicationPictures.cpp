@@ -4,10 +4,9 @@
 #include "WindowHandle.h"
 
 #include <vyr/Notify.h>
+#include <vyrOSG/PictureFile.h>
 
-#include <osgDB/FileNameUtils>
 #include <osgDB/FileUtils>
-#include <osgDB/WriteFile>
 #include <osgGA/StateSetManipulator>
 #include <osgViewer/GraphicsWindow>
 #include <osgViewer/ViewerEventHandlers>
@@ -87,9 +86,14 @@ void ExampleApplication::addRenderToTexture(vyrOSG::RenderToTexture* target) {
 }
 
 void ExampleApplication::drawFrame() {
-  if (!m_viewer.valid())
-    return;
   const double time = getTimeStamp();
+  if (!m_viewer.valid()) {
+    // A capture without graphics says so and ends, as soon as it owes its first image.
+    m_imageCapture->preFrame(time, nullptr);
+    if (!m_imageCapture->postFrame(nullptr))
+      fail(3);
+    return;
+  }
   const bool windowed = m_backend->getKind() == LaunchOptions::WINDOW;
   if (m_parts->recorder)
     m_parts->recorder->preFrame(time, m_parts->grabber);
@@ -102,6 +106,14 @@ void ExampleApplication::drawFrame() {
     fail(1);
   if (!m_imageCapture->postFrame(m_parts->grabber))
     fail(1);
+}
+
+bool ExampleApplication::isCapturingInLockStep() const {
+  if (m_parts->captureSynced && m_imageCapture->getCaptureStarted())
+    return true;
+  return std::any_of(m_parts->targets.begin(), m_parts->targets.end(), [](const vyr::ref_ptr<RenderToTexture>& target) {
+    return target->getImageCapture() && target->getImageCapture()->getCaptureStarted();
+  });
 }
 
 bool ExampleApplication::drawAndGrab() {
@@ -128,12 +140,9 @@ bool ExampleApplication::writePicture(const std::string& file) {
   }
   m_parts->grabber->clear();
   m_parts->grabber->request();
-  const bool grabbed = drawAndGrab();
-  const std::string folder = osgDB::getFilePath(file);
-  if (!folder.empty())
-    osgDB::makeDirectory(folder);
-  if (!grabbed || !osgDB::writeImageFile(*m_parts->grabber->getImage(), file)) {
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "cannot write the picture \"" << file << "\"";
+  std::string reason = "cannot write '" + file + "': nothing was drawn";
+  if (!drawAndGrab() || !PictureFile::write(*m_parts->grabber->getImage(), file, reason)) {
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << reason;
     fail(1);
     return false;
   }

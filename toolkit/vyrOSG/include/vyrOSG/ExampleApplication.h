@@ -294,6 +294,7 @@ private:
   void stepSimulation();
   void checkLimits();
   void drawFrame();
+  bool isCapturingInLockStep() const;
   bool drawAndGrab();
   void takeDueShots();
   bool writePicture(const std::string& file);
