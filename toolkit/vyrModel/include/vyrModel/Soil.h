@@ -1,6 +1,8 @@
 /// What soft ground is like.
 #pragma once
 
+#include <vyrModel/export.h>
+
 namespace vyrModel {
 
 /// Parameters of a soil; the defaults are those of a dry loam.
@@ -8,7 +10,7 @@ namespace vyrModel {
 /// Pressure p makes a plate sink by z where p = modulus * z^exponent.
 /// Source: M. G. Bekker, "Introduction to Terrain-Vehicle Systems", 1969, section 1.2 (the pressure-sinkage equation,
 /// with the modulus k_c / b + k_phi as one number).
-struct Soil {
+struct VYRMODEL_EXPORT Soil {
   double modulus = 6.0e5;       ///< Pa / m^exponent, above 0
   double exponent = 0.9;        ///< above 0
   double looseDensity = 1400;   ///< kg/m^3, of soil that nothing has pressed yet; above 0
