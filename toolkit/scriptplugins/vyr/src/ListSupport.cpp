@@ -1,6 +1,13 @@
 /// Lists of the toolkit as Lua tables.
 #include <vyrScript/ListSupport.h>
 
+#include <vyr/Ball.h>
+#include <vyr/Distance.h>
+#include <vyr/Hinge.h>
+#include <vyr/Lock.h>
+#include <vyr/Prismatic.h>
+#include <vyr/Suspension.h>
+
 namespace vyrScript {
 
 void pushConstraint(lua_State* L, vyr::Constraint* constraint) {

@@ -51,6 +51,11 @@ lua_Object assembliesOf(const Owner* owner, lua_State* L) {
   return pushList(L, owner->getAssemblies(), "vyrSDK::Assembly");
 }
 
+template <class Owner>
+lua_Object particleSystemsOf(const Owner* owner, lua_State* L) {
+  return pushList(L, owner->getParticleSystems(), "vyr::ParticleSystem");
+}
+
 /// Pushes a constraint under the name of what it is; nil for null.
 void pushConstraint(lua_State* L, vyr::Constraint* constraint);
 
