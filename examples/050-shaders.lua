@@ -49,7 +49,7 @@ function buildScene(sim, app, root)
   local rings = manager:findRenderState("rings")
 
   -- A uniform that the step listener below sets; the state hands it to the program.
-  local time = osg.Uniform:new("time", 0.0)
+  local time = osg.Uniform:new(osg.Uniform.FLOAT, "time")
   time:setFloat(0)
   rings:addUniform(time)
   sim:add(vyrSDK.StepEventListener({ post = function(now) time:setFloat(now) end }))
