@@ -26,11 +26,14 @@ void pushObject(lua_State* state, void* object, const char* type) {
     lua_pushnil(state);
 }
 
-bool isBatch(vyrOSG::ExampleApplication* application) {
+/// Whether nobody is there to mend a scene while the program runs.
+bool isBatch(vyrOSG::ExampleApplication* application, bool watching) {
   const vyrOSG::LaunchOptions& launch = vyrOSG::LaunchOptions::process();
   const vyrOSG::GraphicsBackend* backend = application->getGraphicsBackend();
-  const bool hasWindow = backend != nullptr && backend->getKind() == vyrOSG::LaunchOptions::WINDOW;
-  return !hasWindow || launch.steps >= 0 || launch.duration >= 0 || !launch.shots.empty() || !launch.record.empty();
+  if (backend == nullptr || backend->getKind() != vyrOSG::LaunchOptions::WINDOW)
+    return true;
+  const bool limited = launch.steps >= 0 || launch.duration >= 0 || !launch.shots.empty() || !launch.record.empty();
+  return limited && !watching;
 }
 
 } // namespace
@@ -51,7 +54,7 @@ bool LuaSceneLoader::loadScene(const std::string& file, const std::string& funct
   const int top = lua_gettop(m_state);
   const bool built = buildScene(file, function, simulation, application, root, error);
   lua_settop(m_state, top);
-  if (!built && isBatch(application))
+  if (!built && isBatch(application, m_watching))
     m_failedInBatch = true;
   if (built && m_playingJournal)
     application->journalPlayback();

@@ -33,7 +33,8 @@ public:
   bool loadScene(const std::string& file, const std::string& function, vyrSDK::Simulation* simulation,
                  vyrOSG::ExampleApplication* application, vyrOSG::Group* root, std::string& error) override;
 
-  /// Whether a scene failed that nobody could mend while the program ran: without a window, or with a limited run.
+  /// Whether a scene failed that nobody could mend while the program ran: without a window, or in a limited run that
+  /// does not watch the files.
   bool hasFailedInBatch() const { return m_failedInBatch; }
 
   /// Whether a file that a scene came from has changed since.

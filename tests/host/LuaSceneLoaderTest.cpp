@@ -2,6 +2,7 @@
 #include "LuaSceneLoader.h"
 
 #include "Program.h"
+#include "ReloadOnChange.h"
 
 #include <vyrLua/ScriptManager.h>
 #include <vyrOSG/ExampleApplication.h>
@@ -114,6 +115,27 @@ TEST_F(LuaSceneLoaderTest, ReloadTakesTheChangedFile) {
   EXPECT_TRUE(m_loader->haveScriptsChanged());
   m_application->reloadScene();
   EXPECT_EQ(3u, m_application->getSimulation()->getRigidBodies().size());
+  EXPECT_FALSE(m_loader->haveScriptsChanged());
+}
+
+TEST_F(LuaSceneLoaderTest, ReloadHappensBetweenFrames) {
+  ASSERT_TRUE(addScene(kBall, "ball"));
+  ASSERT_TRUE(m_application->createScene(0));
+  const auto before = std::filesystem::last_write_time(m_folder + "/scene.lua");
+  writeFile(m_folder, "scene.lua", "function ball(sim) sim:add(vyr.RigidBody()) sim:add(vyr.RigidBody()) end");
+  std::filesystem::last_write_time(m_folder + "/scene.lua", before + std::chrono::seconds(2));
+  const osg::ref_ptr<vyrHost::ReloadOnChange> handler =
+      new vyrHost::ReloadOnChange(m_application.get(), m_loader.get());
+  osg::ref_ptr<osgGA::GUIEventAdapter> event = new osgGA::GUIEventAdapter;
+  osgViewer::Viewer viewer;
+  const auto send = [&](osgGA::GUIEventAdapter::EventType type, double time) {
+    event->setEventType(type);
+    event->setTime(time);
+    static_cast<osgGA::GUIEventHandler*>(handler.get())->handle(*event, viewer);
+    return m_application->getSimulation()->getRigidBodies().size();
+  };
+  EXPECT_EQ(1u, send(osgGA::GUIEventAdapter::KEYDOWN, 1.0));
+  EXPECT_EQ(2u, send(osgGA::GUIEventAdapter::FRAME, 1.0));
   EXPECT_FALSE(m_loader->haveScriptsChanged());
 }
 
