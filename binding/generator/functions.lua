@@ -96,7 +96,11 @@ end
 local function passed(arguments, names)
   local list = {}
   for i, argument in ipairs(arguments) do
-    table.insert(list, (vyr.kindOf(argument) == "object" and "*" or "") .. names[i])
+    local text = names[i]
+    if vyr.kindOf(argument) == "object" then
+      text = argument.ptr == "" and "vyrBinding::byValue(*" .. names[i] .. ")" or "*" .. names[i]
+    end
+    table.insert(list, text)
   end
   return list
 end

@@ -5,6 +5,7 @@
 #include <vyrBinding/Numbers.h>
 #include <vyrBinding/Ownership.h>
 #include <vyrBinding/Stack.h>
+#include <vyrBinding/Values.h>
 #include <vyrBinding/Views.h>
 
 #include <string>

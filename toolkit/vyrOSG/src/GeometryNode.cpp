@@ -164,7 +164,8 @@ void GeometryNode::update() {
   const osg::Matrixd matrix = toOsg(m_geometry->getTransform());
   if (matrix != getMatrix())
     setMatrix(matrix);
-  if (m_ownMesh && m_geometry->getShape() && m_geometry->getShape()->getRevision() != m_revision)
+  if (m_ownMesh && m_shown == m_ownMesh && m_geometry->getShape() &&
+      m_geometry->getShape()->getRevision() != m_revision)
     rebuildMesh();
 }
 
