@@ -28,6 +28,7 @@ function buildScene(sim, app, root)
 
   -- Where the camera stands, and what it looks at.
   app:setCameraHome(vyr.Vec3(5, -7, 4.5), vyr.Vec3(0, 0, 0.6))
+  app:getSceneDecorator():setEnableShadows(true)
 end
 
 local app = vyrOSG.ExampleApplication()

@@ -23,6 +23,13 @@ function buildScene(sim, app, root)
   local ground = S:createHeightField("hills", at(0, 0, 0), hills(61, 61), 61, 61, 12, 12, 1, root, sim)
   paint(ground, 0.45, 0.62, 0.36)
 
+  -- An endless plane lies around the hills, and a mesh of four triangles is one of the shapes that fall.
+  local plain = S:createPlane("plain", at(0, 0, -0.3), root, sim)
+  paint(plain, 0.55, 0.60, 0.45)
+  local v = vyr.Vec3
+  local tetrahedron = vyrCollide.Trimesh({ v(0.5, 0, -0.3), v(-0.3, 0.5, -0.3), v(-0.3, -0.5, -0.3), v(0, 0, 0.5) },
+    { 0, 2, 1, 0, 1, 3, 1, 2, 3, 2, 0, 3 })
+
   for i = 0, 3 do
     local angle, z = i * math.pi / 2, 2.5 + i * 0.8
     local function ring(k, radius)
@@ -32,9 +39,11 @@ function buildScene(sim, app, root)
     paint(S:createSphere("sphere " .. i, ring(0.4, 3.0), 0.4, root, sim), 0.95, 0.77, 0.06)
     paint(S:createCylinder("cylinder " .. i, ring(0.8, 2.2), 0.3, 0.8, root, sim), 0.20, 0.60, 0.86)
     paint(S:createCapsule("capsule " .. i, ring(1.2, 3.2), 0.25, 0.7, root, sim), 0.61, 0.35, 0.71)
+    paint(S:createTrimesh("tetrahedron " .. i, ring(0.3, 1.0), tetrahedron, root, sim), 0.10, 0.74, 0.61)
   end
 
   app:setCameraHome(vyr.Vec3(7, -9, 7), vyr.Vec3(0, 0, 0.5))
+  app:getSceneDecorator():setEnableShadows(true)
 end
 
 local app = vyrOSG.ExampleApplication()

@@ -54,6 +54,7 @@ function buildScene(sim, app, root)
   vyrOSG.setAlpha(pane, 0.35)
 
   app:setCameraHome(Vec3(0, -10, 5.5), Vec3(0, 0.4, 0.7))
+  app:getSceneDecorator():setEnableShadows(true)
 end
 
 local app = vyrOSG.ExampleApplication()

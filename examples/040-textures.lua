@@ -20,15 +20,18 @@ function buildScene(sim, app, root)
 
   for i = 0, 4 do
     local x, z = -3 + 1.5 * i, 1.2 + 0.5 * i
-    local pieces = {
-      S:createBox("crate " .. i, at(x, 0.3, z), Vec3(0.9, 0.9, 0.9), root, sim),
-      S:createCylinder("log " .. i, vyr.AffineMatrix4x4:rotate(math.pi / 2, Vec3(1, 0.3, 0)) * at(x, -1.5, z), 0.3, 1.4, root, sim),
-      S:createSphere("ball " .. i, at(x + 0.6, -0.6, z + 1.5), 0.4, root, sim),
-    }
-    for _, piece in ipairs(pieces) do vyrOSG.setTexture(piece:getNode(), here .. "wood.png", true) end
+    -- The functions give back the name as well, behind the object; a local takes the object alone.
+    local crate = S:createBox("crate " .. i, at(x, 0.3, z), Vec3(0.9, 0.9, 0.9), root, sim)
+    local lying = vyr.AffineMatrix4x4:rotate(math.pi / 2, Vec3(1, 0.3, 0))
+    local log = S:createCylinder("log " .. i, lying * at(x, -1.5, z), 0.3, 1.4, root, sim)
+    local ball = S:createSphere("ball " .. i, at(x + 0.6, -0.6, z + 1.5), 0.4, root, sim)
+    for _, piece in ipairs({ crate, log, ball }) do
+      vyrOSG.setTexture(piece:getNode(), here .. "wood.png", true)
+    end
   end
 
   app:setCameraHome(Vec3(4, -7.5, 4), Vec3(0, 0.2, 0.8))
+  app:getSceneDecorator():setEnableShadows(true)
 end
 
 local app = vyrOSG.ExampleApplication()

@@ -59,16 +59,20 @@ function buildScene(sim, app, root)
   local floor = S:createBox("floor", at(0, 0, -0.25), Vec3(12, 12, 0.5), root, sim, vyr.RigidBody.STATIC)
   vyrOSG.setDiffuseColor(floor:getNode(), vyr.Vec4(0.30, 0.32, 0.36, 1))
   for i = 1, 12 do
-    local place = at(1.6 * math.cos(2.1 * i), 1.6 * math.sin(2.1 * i), 0.5 + 0.8 * i)
-    local kinds = {
-      function() return S:createSphere("sphere " .. i, place, 0.6, root, sim) end,
-      function() return S:createBox("box " .. i, place, Vec3(1, 1, 1), root, sim) end,
-      function() return S:createCylinder("cylinder " .. i, place, 0.5, 1, root, sim) end,
-    }
-    rings:apply(kinds[i % #kinds + 1]())
+    local place = at(1.7 * math.cos(2.4 * i), 1.7 * math.sin(2.4 * i), 0.7 + 0.6 * i)
+    local object
+    if i % 3 == 0 then
+      object = S:createSphere("sphere " .. i, place, 0.6, root, sim)
+    elseif i % 3 == 1 then
+      object = S:createBox("box " .. i, place, Vec3(1, 1, 1), root, sim)
+    else
+      object = S:createCylinder("cylinder " .. i, place, 0.5, 1, root, sim)
+    end
+    rings:apply(object)
   end
 
   app:setCameraHome(Vec3(5, -7, 4.5), Vec3(0, 0, 0.6))
+  app:getSceneDecorator():setEnableShadows(true)
 end
 
 local app = vyrOSG.ExampleApplication()

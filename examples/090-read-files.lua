@@ -11,9 +11,9 @@ function buildScene(sim, app, root)
   local ground = S:createBox("ground", at(0, 0, -0.3), Vec3(14, 14, 0.5), root, sim, vyr.RigidBody.STATIC)
   vyrOSG.setDiffuseColor(ground:getNode(), Vec4(0.42, 0.44, 0.48, 1))
 
-  -- A mesh that does not move collides with its exact triangles, so that things fall into a bowl.
-  local bowl = S:createTrimesh("bowl", at(0, 0, 0), here .. "bowl.obj", root, sim, vyr.RigidBody.STATIC)
-  vyrOSG.setDiffuseColor(bowl:getNode(), Vec4(0.80, 0.72, 0.58, 1))
+  -- A mesh that does not move collides with its exact triangles, so that things fall into a bowl. Its colours come from
+  -- the file.
+  S:createTrimesh("bowl", at(0, 0, 0), here .. "bowl.obj", root, sim, vyr.RigidBody.STATIC)
 
   -- One mesh, read once and shared by all the stones; a mesh that moves collides as its convex hull.
   local gem = vyrCollide.Trimesh:create(here .. "gem.obj", 1.2)
@@ -27,6 +27,7 @@ function buildScene(sim, app, root)
   end
 
   app:setCameraHome(Vec3(4.5, -7, 6), Vec3(0, 0, 1.1))
+  app:getSceneDecorator():setEnableShadows(true)
 end
 
 local app = vyrOSG.ExampleApplication()

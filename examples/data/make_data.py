@@ -100,11 +100,12 @@ def make_tiles(size):
     write_png("tiles.png", size, color)
 
 
-def write_obj(name, comment, vertices, faces):
+def write_obj(name, comment, material, vertices, faces):
+    """Writes a model; the file has y upwards, as the format's readers expect."""
     with open(name, "w") as file:
-        file.write("# " + comment + "\n")
-        for vertex in vertices:
-            file.write("v %.5f %.5f %.5f\n" % vertex)
+        file.write("# " + comment + "\nmtllib %s\nusemtl %s\n" % ("materials.mtl", material))
+        for x, y, z in vertices:
+            file.write("v %.5f %.5f %.5f\n" % (x, z, -y))
         for face in faces:
             file.write("f " + " ".join(str(i + 1) for i in face) + "\n")
 
@@ -132,7 +133,7 @@ def make_bowl(rings, sectors):
             a, b = at(0, ring, sector), at(1, ring, sector)
             c, d = at(1, ring, sector + 1), at(0, ring, sector + 1)
             faces += [(a, c, b), (a, d, c)] if flip else [(a, b, c), (a, c, d)]
-    write_obj("bowl.obj", "A bowl, 3 m in radius; lengths in m.", vertices, faces)
+    write_obj("bowl.obj", "A bowl, 3 m in radius; lengths in m.", "clay", vertices, faces)
 
 
 def make_gem(sides):
@@ -147,10 +148,18 @@ def make_gem(sides):
     for i in range(sides):
         j = (i + 1) % sides
         faces += [(top, i, j), (i, sides + j, j), (sides + i, sides + j, i), (point, sides + j, sides + i)]
-    write_obj("gem.obj", "A cut stone, 1 m across; lengths in m.", vertices, faces)
+    write_obj("gem.obj", "A cut stone, 1 m across; lengths in m.", "stone", vertices, faces)
+
+
+def make_materials():
+    with open("materials.mtl", "w") as file:
+        file.write("# The materials of the models beside this file.\n")
+        for name, color in (("clay", (0.80, 0.72, 0.58)), ("stone", (0.70, 0.20, 0.30))):
+            file.write("newmtl %s\nKa %.2f %.2f %.2f\nKd %.2f %.2f %.2f\nKs 0.2 0.2 0.2\nNs 30\n" % ((name,) + color * 2))
 
 
 if __name__ == "__main__":
+    make_materials()
     make_bricks(256)
     make_wood(256)
     make_tiles(256)
