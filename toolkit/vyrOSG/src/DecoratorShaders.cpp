@@ -30,12 +30,33 @@ void main()
 )";
 
 const char* const kFragmentHead = R"(#version 120
+#pragma import_defines(VYR_NO_LIGHT0, VYR_NO_LIGHT1, VYR_NO_LIGHT2)
 uniform sampler2D vyr_baseTexture;
 uniform vec4 vyr_lightOn;
 uniform int vyr_shadowLight;
 uniform mat4 osg_ViewMatrix;
 varying vec3 vyr_normal;
 varying vec3 vyr_position;
+)";
+
+// Lights that a node switched off for itself, which a uniform of the whole scene cannot say.
+const char* const kLightSwitches = R"(
+bool isSwitchedOff(int light)
+{
+#ifdef VYR_NO_LIGHT0
+  if (light == 0)
+    return true;
+#endif
+#ifdef VYR_NO_LIGHT1
+  if (light == 1)
+    return true;
+#endif
+#ifdef VYR_NO_LIGHT2
+  if (light == 2)
+    return true;
+#endif
+  return false;
+}
 )";
 
 const char* const kNoShadow = R"(
@@ -78,7 +99,7 @@ void main()
   vec3 light = gl_LightModel.ambient.rgb * mix(0.70, 1.20, 0.5 + 0.5 * dot(normal, up));
   vec3 gloss = vec3(0.0);
   for (int i = 0; i < 3; ++i) {
-    if (vyr_lightOn[i] < 0.5)
+    if (vyr_lightOn[i] < 0.5 || isSwitchedOff(i))
       continue;
     vec3 way = gl_LightSource[i].position.xyz - vyr_position * gl_LightSource[i].position.w;
     float distance = length(way);
@@ -110,7 +131,7 @@ osg::ref_ptr<osg::Shader> DecoratorShaders::makeVertexShader() {
 }
 
 osg::ref_ptr<osg::Shader> DecoratorShaders::makeFragmentShader(ShadowFilter filter) {
-  std::string source = kFragmentHead;
+  std::string source = std::string(kFragmentHead) + kLightSwitches;
   switch (filter) {
   case ShadowFilter::NONE:
     source += kNoShadow;

@@ -110,6 +110,8 @@ DecoratorShadows::DecoratorShadows(osg::StateSet* state)
     , m_shaderState(false) {
   m_above->addChild(m_scene.get());
   DecoratorShaders::addUniforms(state);
+  // Surfaces with a shader of their own take the lights and the shadows from here too.
+  state->setDefine("VYR_DECORATED");
   setBaseTexture(makeWhiteTexture().get());
 }
 
@@ -125,6 +127,7 @@ void DecoratorShadows::apply(SceneDecorator::ShadowMethod method, osg::LightSour
   m_above->removeChildren(0, m_above->getNumChildren());
   m_shadowed = nullptr;
   m_mapped = false;
+  m_state->removeDefine("VYR_SHADOW_TAPS");
   m_state->getUniform("vyr_shadowLight")->set(lightNumber);
   if (!light || method == SceneDecorator::NO_SHADOWS) {
     m_above->addChild(m_scene.get());
@@ -177,6 +180,8 @@ void DecoratorShadows::applyShadowMap(ShadowFilter filter, int resolution, osg::
   technique->addShader(DecoratorShaders::makeFragmentShader(filter));
   m_state->getUniform("vyr_shadowTexel")->set(1.0f / static_cast<float>(resolution));
   m_shadowed->setShadowTechnique(technique.get());
+  const char* taps = filter == ShadowFilter::SOFT ? "5" : filter == ShadowFilter::SMOOTH ? "2" : "1";
+  m_state->setDefine("VYR_SHADOW_TAPS", taps);
   update();
 }
 

@@ -1,6 +1,7 @@
 // Makes and finds the visuals of geometries, bodies and assemblies.
 #include <vyrOSG/utils.h>
 
+#include "GeometryVisual.h"
 #include "ShapeNode.h"
 #include "Surface.h"
 
@@ -94,18 +95,23 @@ vyrOSG::GeometryNode* createVisual(const vyrCollide::Geometry* geometry, vyrOSG:
   return addGeometryVisual(geometry, group, detailRatio, createAxes, evenIfSensor, group ? group->getNumChildren() : 0);
 }
 
-vyrOSG::Group* createVisual(vyr::RigidBody* body, vyrOSG::Group* group, float detailRatio, bool createAxes) {
+vyrOSG::Group* createBodyVisual(vyr::RigidBody* body, vyrOSG::Group* group, float detailRatio,
+                                unsigned int colorIndex) {
   if (!body || !group)
     return nullptr;
   osg::ref_ptr<vyrOSG::Group> bodyGroup = new vyrOSG::Group;
   bodyGroup->setName(body->getName());
-  const unsigned int colorIndex = group->getNumChildren();
   for (const vyr::ref_ptr<vyrCollide::Geometry>& geometry : body->getGeometries())
     addGeometryVisual(geometry.get(), bodyGroup.get(), detailRatio, false, false, colorIndex);
   group->addChild(bodyGroup.get());
-  if (createAxes)
-    vyrOSG::createAxes(body, vyr::AffineMatrix4x4(), bodyGroup.get());
   return bodyGroup.get();
+}
+
+vyrOSG::Group* createVisual(vyr::RigidBody* body, vyrOSG::Group* group, float detailRatio, bool createAxes) {
+  vyrOSG::Group* bodyGroup = createBodyVisual(body, group, detailRatio, group ? group->getNumChildren() : 0);
+  if (bodyGroup && createAxes)
+    vyrOSG::createAxes(body, vyr::AffineMatrix4x4(), bodyGroup);
+  return bodyGroup;
 }
 
 vyrOSG::Group* createVisual(vyrSDK::Assembly* assembly, vyrOSG::Group* group, float detailRatio, bool createAxes) {

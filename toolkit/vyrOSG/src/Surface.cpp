@@ -16,7 +16,7 @@ namespace {
 
 const char* const kDefaultMaterialName = "default look";
 const char* const kFixedMaterialName = "fixed look";
-constexpr unsigned int kTextureUnits = 7;
+constexpr unsigned int kTextureUnits = 8;
 
 /// Collects the state sets of a node and below it, each once, whether hidden or not.
 class StateSetCollector : public osg::NodeVisitor {

@@ -7,8 +7,13 @@ namespace vyrOSG::surface {
 
 namespace {
 
+constexpr unsigned int kModeUnits = 7;
+
+// With a scene decorator above, VYR_DECORATED and VYR_SHADOW_TAPS say so: then its lights and its shadow map hold here
+// too.
 const char* const kVertexShader = R"(
 #version 120
+#pragma import_defines(VYR_SHADOW_TAPS)
 varying vec3 eyePosition;
 varying vec3 eyeNormal;
 varying vec2 texCoord;
@@ -17,6 +22,10 @@ void main() {
   eyePosition = position.xyz / position.w;
   eyeNormal = gl_NormalMatrix * gl_Normal;
   texCoord = gl_MultiTexCoord0.xy;
+#ifdef VYR_SHADOW_TAPS
+  gl_TexCoord[7] = vec4(dot(position, gl_EyePlaneS[7]), dot(position, gl_EyePlaneT[7]), dot(position, gl_EyePlaneR[7]),
+                        dot(position, gl_EyePlaneQ[7]));
+#endif
   gl_ClipVertex = position;
   gl_FogFragCoord = abs(eyePosition.z);
   gl_Position = ftransform();
@@ -31,6 +40,7 @@ const char* const kFragmentShader = R"(
 #pragma import_defines(VYR_DIFFUSE_TEXTURE, VYR_SHADOW_TEXTURE, VYR_SHADOW_JITTER_TEXTURE, VYR_NORMALMAP_TEXTURE)
 #pragma import_defines(VYR_HEIGHTMAP_TEXTURE, VYR_SPECULARMAP_TEXTURE, VYR_SPHEREMAP_TEXTURE, VYR_CUBEMAP_TEXTURE)
 #pragma import_defines(VYR_NO_LIGHT0, VYR_NO_LIGHT1, VYR_NO_LIGHT2, VYR_NO_LIGHT3)
+#pragma import_defines(VYR_DECORATED, VYR_SHADOW_TAPS)
 #pragma import_defines(VYR_NO_LIGHT4, VYR_NO_LIGHT5, VYR_NO_LIGHT6, VYR_NO_LIGHT7)
 varying vec3 eyePosition;
 varying vec3 eyeNormal;
@@ -45,6 +55,38 @@ uniform sampler2D vyr_map4;
 uniform sampler2D vyr_map5;
 uniform sampler2D vyr_map6;
 uniform samplerCube vyr_cubeMap;
+
+#ifdef VYR_DECORATED
+uniform vec4 vyr_lightOn;
+uniform int vyr_shadowLight;
+#endif
+#ifdef VYR_SHADOW_TAPS
+uniform sampler2DShadow osgShadow_shadowTexture;
+uniform float vyr_shadowTexel;
+#endif
+
+// The share of the casting light that no shadow takes away, as the decorator's own shader has it.
+float litShare() {
+#ifdef VYR_SHADOW_TAPS
+  vec4 place = gl_TexCoord[7];
+  if (place.w <= 0.0)
+    return 1.0;
+  place /= place.w;
+  if (any(lessThan(place.xyz, vec3(0.0))) || any(greaterThan(place.xyz, vec3(1.0))))
+    return 1.0;
+  const float kSpacing = VYR_SHADOW_TAPS > 2 ? 1.6 : 1.0;
+  float sum = 0.0;
+  for (int row = 0; row < VYR_SHADOW_TAPS; ++row) {
+    for (int column = 0; column < VYR_SHADOW_TAPS; ++column) {
+      vec2 offset = (vec2(float(column), float(row)) - 0.5 * float(VYR_SHADOW_TAPS - 1)) * kSpacing * vyr_shadowTexel;
+      sum += shadow2D(osgShadow_shadowTexture, vec3(place.xy + offset, place.z)).r;
+    }
+  }
+  return sum / float(VYR_SHADOW_TAPS * VYR_SHADOW_TAPS);
+#else
+  return 1.0;
+#endif
+}
 
 vec2 mapCoord(int unit, vec2 coord) { return (gl_TextureMatrix[unit] * vec4(coord, 0.0, 1.0)).xy; }
 
@@ -64,15 +106,21 @@ mat3 tangentFrame(vec3 normal) {
 }
 
 void addLight(int i, vec3 normal, vec3 toEye, inout vec3 diffuse, inout vec3 ambient, inout vec3 specular) {
+  float strength = 1.0;
+#ifdef VYR_DECORATED
+  if (i < 3 && vyr_lightOn[i] < 0.5)
+    return;
+  if (i == vyr_shadowLight)
+    strength = litShare();
+#endif
   vec4 place = gl_LightSource[i].position;
   vec3 toLight = place.xyz - (place.w == 0.0 ? vec3(0.0) : eyePosition * place.w);
   float distance = length(toLight);
   if (distance == 0.0)
     return;
   toLight /= distance;
-  float strength = 1.0;
   if (place.w != 0.0) {
-    strength = 1.0 / (gl_LightSource[i].constantAttenuation + gl_LightSource[i].linearAttenuation * distance +
+    strength /= (gl_LightSource[i].constantAttenuation + gl_LightSource[i].linearAttenuation * distance +
                       gl_LightSource[i].quadraticAttenuation * distance * distance);
     if (gl_LightSource[i].spotCutoff <= 90.0) {
       float spot = dot(-toLight, normalize(gl_LightSource[i].spotDirection));
@@ -125,6 +173,10 @@ void main() {
   vec3 diffuse = vec3(0.0);
   vec3 ambient = gl_LightModel.ambient.rgb;
   vec3 specular = vec3(0.0);
+#ifdef VYR_DECORATED
+  vec3 upward = vec3(osg_ViewMatrixInverse[0].z, osg_ViewMatrixInverse[1].z, osg_ViewMatrixInverse[2].z);
+  ambient *= mix(0.70, 1.20, 0.5 + 0.5 * dot(normal, upward));
+#endif
 #ifndef VYR_NO_LIGHT0
   addLight(0, normal, toEye, diffuse, ambient, specular);
 #endif
@@ -208,17 +260,17 @@ osg::Program* surfaceProgram() {
 } // namespace
 
 std::string unitDefine(unsigned int unit) {
-  static const char* const s_names[] = {"VYR_DIFFUSE_TEXTURE",   "VYR_SHADOW_TEXTURE",    "VYR_SHADOW_JITTER_TEXTURE",
-                                        "VYR_NORMALMAP_TEXTURE", "VYR_HEIGHTMAP_TEXTURE", "VYR_SPECULARMAP_TEXTURE",
-                                        "VYR_SPHEREMAP_TEXTURE", "VYR_CUBEMAP_TEXTURE"};
-  return s_names[unit];
+  static const char* const s_names[kModeUnits] = {
+      "VYR_DIFFUSE_TEXTURE",   "VYR_SHADOW_TEXTURE",      "VYR_SHADOW_JITTER_TEXTURE", "VYR_NORMALMAP_TEXTURE",
+      "VYR_HEIGHTMAP_TEXTURE", "VYR_SPECULARMAP_TEXTURE", "VYR_SPHEREMAP_TEXTURE"};
+  return unit == kCubeMapUnit ? "VYR_CUBEMAP_TEXTURE" : s_names[unit];
 }
 
 void useSurfaceShader(osg::StateSet& stateSet) {
   if (stateSet.getAttribute(osg::StateAttribute::PROGRAM) == surfaceProgram())
     return;
   stateSet.setAttributeAndModes(surfaceProgram());
-  for (unsigned int unit = 0; unit < kCubeMapUnit; ++unit)
+  for (unsigned int unit = 0; unit < kModeUnits; ++unit)
     stateSet.addUniform(new osg::Uniform(("vyr_map" + std::to_string(unit)).c_str(), int(unit)));
   stateSet.addUniform(new osg::Uniform("vyr_cubeMap", int(kCubeMapUnit)));
 }

@@ -12,8 +12,8 @@ namespace vyrOSG::surface {
 /// the cube map behind them.
 std::string unitDefine(unsigned int unit);
 
-/// The unit of the cube map, behind those of the texture modes.
-constexpr unsigned int kCubeMapUnit = 7;
+/// The unit of the cube map, behind those of the texture modes and that of the scene decorator's shadow map.
+constexpr unsigned int kCubeMapUnit = 8;
 
 /// The uniform that mixes mirrored surroundings in.
 constexpr const char* kReflectionUniform = "vyr_reflection";

@@ -7,6 +7,7 @@
 
 #include <osg/Geometry>
 
+
 namespace vyr {
 class ParticleSystem;
 }
@@ -18,14 +19,14 @@ class VYROSG_EXPORT ParticleSystemDrawable : public osg::Geometry {
 public:
   /// What stands for one particle.
   enum ParticleRenderingMode {
-    SPRITES = 0,  ///< one point that the shader makes look like a ball
+    SPRITES = 0,  ///< a square that turns to the viewer and that the shader makes look like a ball
     TRIANGLES = 1 ///< an icosahedron
   };
 
   /// How a sprite is shaded; without effect on triangles.
   enum ParticleShaderMode {
     SIMPLE_SPRITES = 0,   ///< a lit ball of the particle's colour
-    ROTATION_SPRITES = 1, ///< a lit ball with a band that turns with the particle
+    ROTATION_SPRITES = 1, ///< a lit ball with bands that turn with the particle
     ALPHA_SPRITES = 2     ///< a soft, see-through puff
   };
 
@@ -52,18 +53,19 @@ public:
   /// Reads the particles again, without waiting for the update traversal.
   void update();
 
+  osg::BoundingBox computeBoundingBox() const override;
+
 protected:
   ~ParticleSystemDrawable() override;
 
 private:
   void createArrays();
-  void updateSprites();
-  void updateTriangles();
   void applyShader();
 
   vyr::observer_ptr<vyr::ParticleSystem> m_system;
   ParticleRenderingMode m_renderingMode = SPRITES;
   ParticleShaderMode m_shaderMode = ROTATION_SPRITES;
+  float m_largestRadius = 0;
 };
 
 } // namespace vyrOSG

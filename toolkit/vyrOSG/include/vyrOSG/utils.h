@@ -199,10 +199,10 @@ VYROSG_EXPORT void setEnableLight(bool enable, int lightNumber, osg::Node* node)
 /// Draws a node and all below it as wires, whatever they say themselves. Nullable: node. False if there is none.
 VYROSG_EXPORT bool forceWireFrameModeOn(osg::Node* node);
 
-/// Builds a car from a box for the chassis and four wheels, adds it to a simulation and draws it (*returns inner*: the
-/// simulation retains it). size: full lengths of the chassis along forward x, left y, up z (m); mass: of the chassis
-/// (kg); createVisual: draws the car. Nullable: simulation, group, result (a size or mass that is no positive number:
-/// one Notify line).
+/// Builds a car from a box for the chassis and four wheels, adds it to a simulation (*returns inner*) or, where that is
+/// null, hands it to the caller (*returns new*), and draws it. size: full lengths of the chassis along forward x, left
+/// y, up z (m); mass: of the chassis (kg); createVisual: draws the car. Nullable: simulation, group, result (a size or
+/// mass that is no positive number: one Notify line).
 VYROSG_EXPORT vyrUtil::SimpleCar* createSimpleBoxCar(const vyr::Vec3& size, double mass, vyrSDK::Simulation* simulation,
                                                      vyrOSG::Group* group, bool createVisual = true);
 
