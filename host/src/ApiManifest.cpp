@@ -2,9 +2,11 @@
 #include "ApiManifest.h"
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <istream>
+#include <set>
 
 namespace vyrHost {
 
@@ -90,6 +92,25 @@ ApiParameter readParameter(std::string text) {
     parameter.type = type;
   }
   return parameter;
+}
+
+/// How many letters have to be changed, added or taken away; a change of case counts for nothing.
+std::size_t letterDistance(const std::string& first, const std::string& second) {
+  std::vector<std::size_t> row(second.size() + 1);
+  for (std::size_t column = 0; column <= second.size(); ++column)
+    row[column] = column;
+  for (std::size_t line = 1; line <= first.size(); ++line) {
+    std::size_t diagonal = row[0];
+    row[0] = line;
+    for (std::size_t column = 1; column <= second.size(); ++column) {
+      const bool same = std::tolower(static_cast<unsigned char>(first[line - 1])) ==
+                        std::tolower(static_cast<unsigned char>(second[column - 1]));
+      const std::size_t changed = diagonal + (same ? 0 : 1);
+      diagonal = row[column];
+      row[column] = std::min({changed, row[column] + 1, row[column - 1] + 1});
+    }
+  }
+  return row[second.size()];
 }
 
 bool sameParameters(const ApiFunction& first, const ApiFunction& second) {
@@ -224,6 +245,27 @@ std::vector<ApiFunction> ApiManifest::findFreeFunctions(const std::string& name)
     if (m_classTables.count(function->second.table) == 0)
       appendOnce(found, function->second);
   return found;
+}
+
+std::vector<std::string> ApiManifest::findNamesLike(const std::string& name) const {
+  constexpr std::size_t kMostNames = 3;
+  // Short names are near to everything.
+  const std::size_t furthest = name.size() < 5 ? 1 : 2;
+  std::set<std::pair<std::size_t, std::string>> near;
+  const auto consider = [&](const std::string& candidate) {
+    const std::size_t distance = letterDistance(name, candidate);
+    if (candidate != name && distance <= furthest)
+      near.emplace(distance, candidate);
+  };
+  for (const auto& [function, overload] : m_functions)
+    consider(function);
+  for (const auto& [table, type] : m_classTables)
+    consider(table.substr(table.rfind('.') + 1));
+  std::vector<std::string> names;
+  for (const auto& [distance, candidate] : near)
+    if (names.size() < kMostNames && distance == near.begin()->first)
+      names.push_back(candidate);
+  return names;
 }
 
 } // namespace vyrHost

@@ -53,6 +53,9 @@ public:
   /// The overloads of a name in the tables that are no classes.
   std::vector<ApiFunction> findFreeFunctions(const std::string& name) const;
 
+  /// Up to three names of functions and classes that a misspelt one may have meant: the nearest ones.
+  std::vector<std::string> findNamesLike(const std::string& name) const;
+
   bool isEmpty() const { return m_functions.empty(); }
 
 private:

@@ -158,7 +158,12 @@ std::string findHint(const Call& call, const std::vector<ApiFunction>& candidate
 }
 
 std::string explainForProvider(const vyrLua::ErrorReport& report) {
-  // Read once, with the first error; it describes the plugins, which stay loaded.
+  return explainFailedCall(getLoadedManifest(), report);
+}
+
+} // namespace
+
+const ApiManifest& getLoadedManifest() {
   static const ApiManifest manifest = [] {
     ApiManifest read;
     if (const vyrLua::ScriptManager* manager = vyrLua::ScriptManager::instance(false))
@@ -168,10 +173,21 @@ std::string explainForProvider(const vyrLua::ErrorReport& report) {
       }
     return read;
   }();
-  return explainFailedCall(manifest, report);
+  return manifest;
 }
 
-} // namespace
+std::string explainMissingName(const ApiManifest& manifest, const std::string& message) {
+  const std::string ending = " (a nil value)";
+  const bool isNil =
+      message.size() > ending.size() && message.compare(message.size() - ending.size(), ending.size(), ending) == 0;
+  if (!isNil || message.find("attempt to ") == std::string::npos)
+    return {};
+  std::string list;
+  const std::size_t attempt = message.find("attempt to ");
+  for (const std::string& name : manifest.findNamesLike(functionName(message.c_str() + attempt)))
+    list += (list.empty() ? "'" : ", '") + name + "'";
+  return list.empty() ? "" : std::string(kIndent) + "hint: was " + list + " meant?";
+}
 
 std::string explainFailedCall(const ApiManifest& manifest, const vyrLua::ErrorReport& report) {
   if (report.record == nullptr || std::strncmp(report.text, "#f", 2) != 0)

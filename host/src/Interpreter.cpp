@@ -1,6 +1,9 @@
 // Runs Lua text the way the stand-alone interpreter does.
 #include "Interpreter.h"
 
+#include "ApiManifest.h"
+#include "ErrorHints.h"
+
 #include <vyrLua/ProtectedCall.h>
 
 extern "C" {
@@ -40,6 +43,12 @@ int addTraceback(lua_State* state) {
     }
     lua_replace(state, 1);
     lua_settop(state, 1);
+  }
+  // The hint stands before the traceback, beside what it explains.
+  const std::string hint = explainMissingName(getLoadedManifest(), lua_tostring(state, 1));
+  if (!hint.empty()) {
+    lua_pushfstring(state, "%s\n%s", lua_tostring(state, 1), hint.c_str());
+    lua_replace(state, 1);
   }
   lua_getglobal(state, "debug");
   if (lua_istable(state, -1)) {

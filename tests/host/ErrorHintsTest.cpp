@@ -150,6 +150,18 @@ TEST_F(ErrorHints, NilAndWrongText) {
               HasSubstr("hint: the string is no number"));
 }
 
+TEST_F(ErrorHints, MisspeltNames) {
+  EXPECT_EQ("     hint: was 'mount' meant?",
+            vyrHost::explainMissingName(m_manifest, "s.lua:1: attempt to call method 'muont' (a nil value)"));
+  EXPECT_EQ("     hint: was 'setName' meant?",
+            vyrHost::explainMissingName(m_manifest, "s.lua:1: attempt to call method 'setname' (a nil value)"));
+  EXPECT_EQ("     hint: was 'Wheel' meant?",
+            vyrHost::explainMissingName(m_manifest, "s.lua:1: attempt to index field 'wheel' (a nil value)"));
+  EXPECT_EQ("", vyrHost::explainMissingName(m_manifest, "s.lua:1: attempt to call method 'fly' (a nil value)"));
+  EXPECT_EQ("", vyrHost::explainMissingName(m_manifest, "s.lua:1: attempt to call method 'mount' (a number value)"));
+  EXPECT_EQ("", vyrHost::explainMissingName(m_manifest, "s.lua:1: 'muont' (a nil value)"));
+}
+
 TEST_F(ErrorHints, UnknownFunctionsAndOtherTextsAreLeftAlone) {
   EXPECT_EQ("", run("explain(\"#ferror in function 'fly'.\", 2, 'number', wheel, true)"));
   EXPECT_EQ("", run("explain('#vinvalid type in variable assignment.', 2, 'number', wheel, true)"));

@@ -40,6 +40,12 @@ TEST(ScriptError, WrongTypeOfAVariable) {
                                         "     value is 'string'; 'number' expected."));
 }
 
+TEST(ScriptError, MisspeltNameIsRecognised) {
+  EXPECT_THAT(runScript("local body = vyr.RigidBody('ball')\nbody:setPositon(1)").errors,
+              HasSubstr("s.lua:2: attempt to call method 'setPositon' (a nil value)\n"
+                        "     hint: was 'setPosition' meant?\nstack traceback:"));
+}
+
 TEST(ScriptError, UseOfADestroyedObject) {
   const Outcome outcome = runScript("local sim = vyrSDK.Simulation()\n"
                                     "local body = vyr.RigidBody:new('ball')\n"
