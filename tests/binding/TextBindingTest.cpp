@@ -161,7 +161,7 @@ TEST_F(TextBinding, EverySetter) {
   EXPECT_EQ("", lua.run("text:setBackdropType(vyrOSG.Text.OUTLINE)"));
   EXPECT_EQ(osgText::Text::OUTLINE, text.getBackdropType());
   EXPECT_EQ("", lua.run("text:setDrawMode(vyrOSG.Text.TEXT + vyrOSG.Text.BOUNDINGBOX)"));
-  EXPECT_EQ(3u, text.getDrawMode());
+  EXPECT_EQ(3, bindingtest::taken<vyrOSG::Text>(lua, "text")->getDrawMode());
   EXPECT_EQ("new", lua.eval("text:setText('new')"));
   EXPECT_EQ("new", text.getText().createUTF8EncodedString());
   EXPECT_EQ("", lua.run("text:setAlignment(vyrOSG.Text.CENTER_CENTER)"));

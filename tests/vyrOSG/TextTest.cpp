@@ -2,6 +2,7 @@
 #include <vyrOSG/Text.h>
 
 #include "CapturedMessages.h"
+#include "OffscreenViewer.h"
 
 #include <osg/Geode>
 #include <osgText/Text>
@@ -86,9 +87,47 @@ TEST(Text, EveryDrawModeIsTaken) {
   osg::ref_ptr<Text> text = new Text;
   for (int value = 0; value <= 15; ++value) {
     text->setDrawMode(static_cast<Text::DrawModeMask>(value));
-    EXPECT_EQ(text->getDrawable()->getDrawMode(), static_cast<unsigned int>(value));
+    EXPECT_EQ(text->getDrawMode(), value);
+    EXPECT_EQ(text->getDrawable()->getDrawMode(), static_cast<unsigned int>(value & Text::TEXT));
+    EXPECT_EQ(text->getChild(0)->asGeode()->getNumDrawables(), (value & ~Text::TEXT) != 0 ? 2u : 1u);
+    EXPECT_EQ(text->getChild(0)->asGeode()->getDrawable(0), text->getDrawable());
   }
 }
+
+// Each decoration alone changes pixels of a picture that is empty without it.
+class TextDecoration : public testing::TestWithParam<int> {};
+
+TEST_P(TextDecoration, IsDrawn) {
+  OffscreenViewer offscreen(96, 64);
+  if (!offscreen.isReady())
+    GTEST_SKIP() << "no graphics: " << offscreen.describe();
+  osg::ref_ptr<Text> text = new Text("Hg");
+  text->setAlignment(Text::CENTER_CENTER);
+  offscreen.viewer()->setSceneData(text);
+  offscreen.camera()->setViewMatrixAsLookAt(osg::Vec3(0, -5, 0), osg::Vec3(), osg::Vec3(0, 0, 1));
+  const auto drawnPixels = [&](int mode) {
+    text->setDrawMode(static_cast<Text::DrawModeMask>(mode));
+    const osg::ref_ptr<osg::Image> picture = offscreen.draw();
+    int count = 0;
+    for (int y = 0; y < picture->t(); ++y)
+      for (int x = 0; x < picture->s(); ++x)
+        count += picture->getColor(unsigned(x), unsigned(y)) != osg::Vec4(0, 0, 1, 1) ? 1 : 0;
+    return count;
+  };
+  EXPECT_EQ(drawnPixels(0), 0);
+  const int alone = drawnPixels(GetParam());
+  const int glyphs = drawnPixels(Text::TEXT);
+  EXPECT_GT(alone, 10);
+  EXPECT_GT(glyphs, 10);
+  EXPECT_GT(drawnPixels(GetParam() + Text::TEXT), glyphs);
+  // A filled box covers more than its outline.
+  if (GetParam() == Text::FILLEDBOUNDINGBOX) {
+    EXPECT_GT(alone, 2 * drawnPixels(Text::BOUNDINGBOX));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Text, TextDecoration,
+                         testing::Values(Text::BOUNDINGBOX, Text::FILLEDBOUNDINGBOX, Text::ALIGNMENT));
 
 TEST(Text, EveryAlignmentIsTaken) {
   osg::ref_ptr<Text> text = new Text;

@@ -2,6 +2,7 @@
 #include <vyrOSG/Text.h>
 
 #include "FontSearch.h"
+#include "TextDecoration.h"
 
 #include <vyr/Notify.h>
 
@@ -47,7 +48,8 @@ Text::Text()
     : Text(vyr::String()) {}
 
 Text::Text(const vyr::String& text, const vyr::Vec3& position, const vyr::Vec4& color)
-    : m_text(new osgText::Text) {
+    : m_text(new MeasuredText)
+    , m_decoration(new TextDecoration(m_text.get())) {
   m_text->setDataVariance(osg::Object::DYNAMIC);
   m_text->setFontResolution(kGlyphResolution, kGlyphResolution);
   m_text->setCharacterSize(kDefaultSize);
@@ -65,6 +67,14 @@ Text::Text(const vyr::String& text, const vyr::Vec3& position, const vyr::Vec4& 
 }
 
 Text::~Text() = default;
+
+osgText::Text* Text::getDrawable() {
+  return m_text.get();
+}
+
+const osgText::Text* Text::getDrawable() const {
+  return m_text.get();
+}
 
 void Text::setFont(const vyr::String& font) {
   std::string tried;
@@ -98,8 +108,18 @@ void Text::setBackdropType(BackdropType type) {
 }
 
 void Text::setDrawMode(DrawModeMask mode) {
-  if (inRange("setDrawMode", mode, TEXT + BOUNDINGBOX + FILLEDBOUNDINGBOX + ALIGNMENT))
-    m_text->setDrawMode(static_cast<unsigned int>(mode));
+  if (!inRange("setDrawMode", mode, TEXT + BOUNDINGBOX + FILLEDBOUNDINGBOX + ALIGNMENT))
+    return;
+  m_drawMode = mode;
+  m_text->setDrawMode(static_cast<unsigned int>(mode & TEXT));
+  m_decoration->setMode(static_cast<unsigned int>(mode));
+  // The text is the geode's first drawable, its decoration the second while there is one.
+  osg::Geode* geode = getChild(0)->asGeode();
+  const bool isDecorated = geode->getNumDrawables() > 1;
+  if ((mode & ~TEXT) != 0 && !isDecorated)
+    geode->addDrawable(m_decoration);
+  else if ((mode & ~TEXT) == 0 && isDecorated)
+    geode->removeDrawable(m_decoration);
 }
 
 void Text::setText(const vyr::String& text) {

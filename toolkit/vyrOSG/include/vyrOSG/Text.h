@@ -16,6 +16,9 @@ class Text;
 
 namespace vyrOSG {
 
+class MeasuredText;
+class TextDecoration;
+
 /// A group that carries one text drawable; place it in the scene as any other group.
 /// It is drawn unlit, over its own colour, in the built-in font until another is set. A value that is no number, a size
 /// that is not positive or a value outside its enumeration changes nothing and gives one error line.
@@ -87,8 +90,10 @@ public:
   void setPosition(const vyr::Vec3& position);
   void setAxisAlignment(AxisAlignment alignment);
   void setBackdropType(BackdropType type);
-  /// Sets what is drawn, a sum of `DrawModeMask` values; 0 draws nothing.
+  /// Sets what is drawn, a sum of `DrawModeMask` values: the glyphs, a box around them in their colour, the same box
+  /// filled with a half-transparent black, a cross at the alignment point; 0 draws nothing. Default: `TEXT`.
   void setDrawMode(DrawModeMask mode);
+  DrawModeMask getDrawMode() const { return m_drawMode; }
   /// Sets the text; UTF-8, lines end with "\n".
   void setText(const vyr::String& text);
   void setAlignment(AlignmentType alignment);
@@ -96,14 +101,16 @@ public:
   void setColor(const vyr::Vec4& color);
 
   /// The text drawable below this node. *returns inner*
-  osgText::Text* getDrawable() { return m_text.get(); }
-  const osgText::Text* getDrawable() const { return m_text.get(); }
+  osgText::Text* getDrawable();
+  const osgText::Text* getDrawable() const;
 
 protected:
   ~Text() override;
 
 private:
-  osg::ref_ptr<osgText::Text> m_text;
+  osg::ref_ptr<MeasuredText> m_text;
+  osg::ref_ptr<TextDecoration> m_decoration;
+  DrawModeMask m_drawMode = TEXT;
 };
 
 } // namespace vyrOSG
