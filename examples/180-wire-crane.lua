@@ -10,7 +10,7 @@ local function at(x, y, z) return vyr.AffineMatrix4x4:translate(x, y, z) end
 local function box(name, place, size, motion, color, root, sim)
   local object = S:createBox(name, place, size, root, sim, motion)
   vyrOSG.setDiffuseColor(object:getNode(), color)
-  return object.body
+  return object:getRigidBody()
 end
 
 function buildScene(sim, app, root)
@@ -35,12 +35,13 @@ function buildScene(sim, app, root)
     local rope = vyrWire.Wire(length, segments, 1.2, radius)
     rope:attachBegin(fromBody, from)
     rope:attachEnd(toBody, to)
+    rope:setDamping(3)
     sim:add(rope)
     sim:add(vyrOSG.WireRenderer(rope, root))
     return rope
   end
   local hoist = wire(6.0, 24, jib, vyr.Vec3(5, 0, -0.2), load, vyr.Vec3(0, 0, 0.5), 0.04)
-  wire(8.7, 30, nil, vyr.Vec3(0, 0, 12), jib, vyr.Vec3(5.2, 0, 0.2), 0.03)
+  wire(8.42, 30, nil, vyr.Vec3(0, 0, 12), jib, vyr.Vec3(5.2, 0, 0.2), 0.03)
 
   -- A hand line that nobody holds: it hangs slack from the load.
   local line = vyrWire.Wire(2.4, 16, 0.3, 0.02)
@@ -61,7 +62,7 @@ function buildScene(sim, app, root)
     app:getSceneDecorator():setText(0, string.format("wire: %.1f kN", hoist:getBeginTension() / 1000))
   end })
 
-  app:setCameraHome(vyr.Vec3(15, -19, 9), vyr.Vec3(2.5, -0.5, 5.2))
+  app:setCameraHome(vyr.Vec3(-11, -19, 7), vyr.Vec3(0.6, -1.5, 5.4))
 end
 
 local app = vyrOSG.ExampleApplication()

@@ -42,7 +42,7 @@ function buildScene(sim, app, root)
     local ball = vyrOSG.SimulationObject:createSphere("ball " .. i, vyr.AffineMatrix4x4(), 0.24, root, sim,
       vyr.RigidBody.KINEMATICS)
     vyrOSG.setDiffuseColor(ball:getNode(), vyr.Vec4(0.93, 0.93, 0.90, 1))
-    balls[i] = ball.body
+    balls[i] = ball:getRigidBody()
   end
   sim:add(vyrSDK.StepEventListener { pre = function(time)
     for i, ball in ipairs(balls) do

@@ -14,7 +14,7 @@ function buildScene(sim, app, root)
     end
   end
   local soil = vyrModel.Soil()
-  soil.modulus = 2.5e5 -- soft: a sixth of a firm field's
+  soil.modulus = 8.0e5 -- Pa: a wheel of this car sinks by some centimetres
   local terrain = vyrModel.Terrain(columns, rows, sizeX, sizeY, heights, 0.6, soil)
   sim:add(terrain)
   -- The colours go from dark earth at -0.2 m to grass at 0.2 m; pressed soil is darker.
@@ -29,16 +29,18 @@ function buildScene(sim, app, root)
   end
   sim:add(car)
   vyrOSG.createVisual(car, root)
+  vyrOSG.setDiffuseColor(car:getChassis(), vyr.Vec4(0.78, 0.20, 0.16, 1), root)
+  for wheel = 0, 3 do vyrOSG.setDiffuseColor(car:getWheel(wheel), vyr.Vec4(0.16, 0.16, 0.17, 1), root) end
 
   local mass = terrain:getMass()
   sim:add(vyrSDK.StepEventListener { pre = function(time)
-    car:setThrottle(time > 0.5 and 0.8 or 0)
+    car:setThrottle(time > 0.5 and car:getSpeed() < 2.6 and 0.8 or 0)
     car:setSteering(0.35 * math.sin(1.6 * time))
     app:getSceneDecorator():setText(0, string.format("%.1f m/s, soil kept to %.4f %%", car:getSpeed(),
       100 * terrain:getMass() / mass))
   end })
 
-  app:setCameraHome(vyr.Vec3(3, -9, 5), vyr.Vec3(-0.5, 0, 0))
+  app:setCameraHome(vyr.Vec3(-6.5, -5.5, 3.4), vyr.Vec3(0.6, 0.2, -0.2))
 end
 
 local app = vyrOSG.ExampleApplication()
