@@ -1,6 +1,7 @@
 // What the application draws beside the scene: debug lines, grid, axes, help.
 #include "ApplicationKeys.h"
 #include "ApplicationParts.h"
+#include "FontSearch.h"
 #include "GridVisual.h"
 
 #include <vyr/Notify.h>
@@ -42,6 +43,10 @@ osg::ref_ptr<osg::Camera> makeHelp(int width, int height) {
   for (const std::string& line : ApplicationKeys::getHelp())
     text += line + "\n";
   osg::ref_ptr<osgText::Text> label = new osgText::Text;
+  std::string tried;
+  const osg::ref_ptr<osgText::Font> font = findFont("DejaVuSans", tried);
+  if (font.valid())
+    label->setFont(font);
   label->setText(text);
   label->setCharacterSize(kHelpSize);
   label->setFontResolution(32, 32);

@@ -38,7 +38,9 @@ public:
   unsigned getNumTexts() const { return m_numTexts; }
 
 private:
+  void chooseScale(const vyrSDK::Simulation& simulation);
   void drawContacts(const vyrSDK::Simulation& simulation);
+  void writeForces(const vyrSDK::Simulation& simulation);
   void drawGeometry(const vyrCollide::Geometry& geometry, bool still);
   void drawBody(const vyr::RigidBody& body);
   void drawFrame(const vyr::AffineMatrix4x4& frame, double length);
@@ -48,6 +50,9 @@ private:
   LineDrawing m_lines;
   osg::ref_ptr<osg::Geode> m_textGeode;
   std::vector<osg::ref_ptr<osgText::Text>> m_texts;
+  osg::ref_ptr<osgText::Font> m_font;
+  double m_length;
+  double m_metresPerNewton;
   unsigned m_numTexts;
   bool m_enabled;
   bool m_textEnabled;

@@ -8,7 +8,6 @@
 #include <osg/Image>
 #include <osg/Program>
 #include <osg/Texture2D>
-#include <osgDB/ReadFile>
 #include <osgText/Font>
 
 #include <algorithm>
@@ -140,13 +139,9 @@ void DecoratorHud::placeAllText() {
     placeText(entry.first, entry.second.get());
 }
 
-bool DecoratorHud::setLogoFile(const std::string& file) {
-  osg::ref_ptr<osg::Image> image = osgDB::readRefImageFile(file);
-  if (!image || image->s() <= 0 || image->t() <= 0)
-    return false;
+void DecoratorHud::setLogo(osg::Image* image) {
   m_logoImage = image;
   placeLogo();
-  return true;
 }
 
 void DecoratorHud::setLogoLocation(SceneDecorator::LogoLocation location) {

@@ -36,7 +36,8 @@ public:
   void setFontSize(float size);
   float getFontSize() const { return m_fontSize; }
 
-  bool setLogoFile(const std::string& file);
+  /// *Retains*.
+  void setLogo(osg::Image* image);
   void setLogoLocation(SceneDecorator::LogoLocation location);
   SceneDecorator::LogoLocation getLogoLocation() const { return m_logoLocation; }
   void setLogoPosition(float x, float y);

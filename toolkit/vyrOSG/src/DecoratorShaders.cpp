@@ -63,7 +63,8 @@ const char* const kNoShadow = R"(
 float litShare() { return 1.0; }
 )";
 
-// Taps lie on a grid; the texture's own linear comparison joins them to a smooth edge.
+// Taps lie on a grid that is turned by atan(1 / TAPS): seen along a straight edge no two of them coincide, so that the
+// edge fades in TAPS * TAPS steps. An edge is at least a texel wide, and SOFTNESS of the distance to the eye.
 const char* const kShadowLookup = R"(
 uniform sampler2DShadow osgShadow_shadowTexture;
 uniform float vyr_shadowTexel;
@@ -74,12 +75,18 @@ float litShare()
   if (place.w <= 0.0)
     return 1.0;
   place /= place.w;
-  if (any(lessThan(place.xyz, vec3(0.0))) || any(greaterThan(place.xyz, vec3(1.0))))
+  if (any(lessThan(place.xyz, vec3(0.0))) || any(greaterThan(place.xy, vec2(1.0))))
     return 1.0;
+  // The map reaches as far as the casters do; what lies behind all of them is compared with its far end.
+  place.z = min(place.z, 1.0);
+  float spacing = max(SPACING * vyr_shadowTexel, SOFTNESS * length(vyr_position) * length(gl_EyePlaneS[7].xyz));
+  vec2 right = normalize(vec2(float(TAPS), 1.0)) * spacing;
+  vec2 up = vec2(-right.y, right.x);
   float sum = 0.0;
   for (int row = 0; row < TAPS; ++row) {
     for (int column = 0; column < TAPS; ++column) {
-      vec2 offset = (vec2(float(column), float(row)) - 0.5 * float(TAPS - 1)) * SPACING * vyr_shadowTexel;
+      vec2 tap = vec2(float(column), float(row)) - 0.5 * float(TAPS - 1);
+      vec2 offset = right * tap.x + up * tap.y;
       sum += shadow2D(osgShadow_shadowTexture, vec3(place.xy + offset, place.z)).r;
     }
   }
@@ -137,13 +144,16 @@ osg::ref_ptr<osg::Shader> DecoratorShaders::makeFragmentShader(ShadowFilter filt
     source += kNoShadow;
     break;
   case ShadowFilter::CRISP:
-    source += std::string("const int TAPS = 1;\nconst float SPACING = 0.0;\n") + kShadowLookup;
+    source +=
+        std::string("const int TAPS = 1;\nconst float SPACING = 0.0;\nconst float SOFTNESS = 0.0;\n") + kShadowLookup;
     break;
   case ShadowFilter::SMOOTH:
-    source += std::string("const int TAPS = 2;\nconst float SPACING = 1.0;\n") + kShadowLookup;
+    source +=
+        std::string("const int TAPS = 2;\nconst float SPACING = 1.0;\nconst float SOFTNESS = 0.0;\n") + kShadowLookup;
     break;
   case ShadowFilter::SOFT:
-    source += std::string("const int TAPS = 6;\nconst float SPACING = 2.2;\n") + kShadowLookup;
+    source += std::string("const int TAPS = 6;\nconst float SPACING = 1.0;\nconst float SOFTNESS = 0.0016;\n") +
+              kShadowLookup;
     break;
   }
   source += kFragmentMain;

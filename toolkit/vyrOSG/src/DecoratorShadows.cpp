@@ -88,8 +88,7 @@ class SoftenedShadowTexture : public osgShadow::ShadowTexture {
 public:
   void init() override {
     osgShadow::ShadowTexture::init();
-    _material->setEmission(osg::Material::FRONT_AND_BACK,
-                           osg::Vec4(kShadowShare, kShadowShare, kShadowShare, 1.0f));
+    _material->setEmission(osg::Material::FRONT_AND_BACK, osg::Vec4(kShadowShare, kShadowShare, kShadowShare, 1.0f));
   }
 };
 

@@ -1,6 +1,7 @@
 // Joins the decorator's parts and keeps the scene's children below them.
 #include <vyrOSG/SceneDecorator.h>
 
+#include "DataFile.h"
 #include "DecoratorBackground.h"
 #include "DecoratorHud.h"
 #include "DecoratorLights.h"
@@ -10,7 +11,6 @@
 #include <vyrOSG/Conversions.h>
 
 #include <osg/ComputeBoundsVisitor>
-#include <osgDB/ReadFile>
 
 #include <cmath>
 
@@ -160,11 +160,9 @@ void SceneDecorator::setEnableShaderState(bool enable, bool persistent) {
 }
 
 bool SceneDecorator::setBaseTexture(const std::string& file) {
-  osg::ref_ptr<osg::Image> image = osgDB::readRefImageFile(file);
-  if (!image) {
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "SceneDecorator: cannot read the base texture \"" << file << "\"";
+  const osg::ref_ptr<osg::Image> image = datafile::readImage("SceneDecorator::setBaseTexture", file);
+  if (!image)
     return false;
-  }
   osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image.get());
   texture->setResizeNonPowerOfTwoHint(false);
   m_shadows->setBaseTexture(texture.get());
@@ -300,10 +298,10 @@ float SceneDecorator::getFontSize() const {
 }
 
 bool SceneDecorator::setLogoFile(const std::string& file) {
-  const bool read = m_hud->setLogoFile(file);
-  if (!read)
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "SceneDecorator: cannot read the logo \"" << file << "\"";
-  return read;
+  const osg::ref_ptr<osg::Image> image = datafile::readImage("SceneDecorator::setLogoFile", file);
+  if (image.valid())
+    m_hud->setLogo(image.get());
+  return image.valid();
 }
 
 void SceneDecorator::setLogoLocation(LogoLocation location) {
