@@ -53,6 +53,24 @@ TEST_F(ParticleVisualTest, DrawsOneSquareAParticleAndFollowsTheirNumber) {
   EXPECT_EQ(vertexCount(geode), 0u);
 }
 
+TEST_F(ParticleVisualTest, AParticleShrinksAtTheEndOfItsLife) {
+  m_simulation->setGravity(vyr::Vec3(0, 0, 0));
+  m_simulation->setTimeStep(0.01);
+  m_particles->add(vyr::Vec3(0, 0, 0), vyr::Vec3(), 1, 1, 1.0);
+  m_simulation->add(m_particles.get());
+  osg::Geode* geode = vyrOSG::createVisual(m_particles.get(), m_group.get());
+  auto size = [&] { return geode->getDrawable(0)->getBoundingBox().xMax(); };
+  for (int i = 0; i < 80; ++i)
+    m_simulation->step();
+  updateScene();
+  EXPECT_EQ(size(), 1);
+  for (int i = 0; i < 13; ++i)
+    m_simulation->step();
+  updateScene();
+  // 0.07 s are left of the last 0.15 s; one step more or less is the system's affair.
+  EXPECT_NEAR(size(), 0.07 / 0.15, 0.07);
+}
+
 TEST_F(ParticleVisualTest, TrianglesAreIcosahedra) {
   m_particles->add(vyr::Vec3(0, 0, 0), vyr::Vec3(), 2, 1);
   osg::Geode* geode = vyrOSG::createVisual(m_particles.get(), m_group.get(), ParticleSystemDrawable::TRIANGLES);

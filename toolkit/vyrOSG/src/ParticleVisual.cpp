@@ -90,6 +90,16 @@ private:
   double m_maxForce;
 };
 
+/// The share of its size that a particle is drawn with: it shrinks away over the last part of its life.
+float remainingSize(const vyr::ParticleSystem& system, size_t index) {
+  constexpr double kLastPart = 0.15;
+  const double life = system.getLife(index);
+  const double initialLife = system.getInitialLife(index);
+  if (!std::isfinite(initialLife) || initialLife <= 0)
+    return 1;
+  return float(std::clamp(life / (kLastPart * initialLife), 0.0, 1.0));
+}
+
 } // namespace
 
 std::vector<ParticleData> readParticles(vyr::ParticleSystem* system) {
@@ -102,7 +112,7 @@ std::vector<ParticleData> readParticles(vyr::ParticleSystem* system) {
     const vyr::Quat rotation = system->getRotation(i);
     particles.push_back({osg::Vec3(toOsg(system->getPosition(i))),
                          osg::Vec4(float(rotation.x()), float(rotation.y()), float(rotation.z()), float(rotation.w())),
-                         toOsg(system->getColor(i)), float(system->getRadius(i))});
+                         toOsg(system->getColor(i)), float(system->getRadius(i)) * remainingSize(*system, i)});
   }
   return particles;
 }

@@ -7,14 +7,14 @@
 
 #include <osg/Geometry>
 
-
 namespace vyr {
 class ParticleSystem;
 }
 
 namespace vyrOSG {
 
-/// Draws the particles as the system has them at each update traversal; nothing once the system is destroyed.
+/// Draws the particles as the system has them at each update traversal; nothing once the system is destroyed. A
+/// particle whose life ends is drawn ever smaller over the last 15 % of it.
 class VYROSG_EXPORT ParticleSystemDrawable : public osg::Geometry {
 public:
   /// What stands for one particle.
