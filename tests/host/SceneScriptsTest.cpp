@@ -91,8 +91,8 @@ TEST_F(SceneScriptsTest, RunsAgainAfterAChange) {
 }
 
 TEST_F(SceneScriptsTest, FunctionsOfOneNameDoNotMix) {
-  const std::string first = write("a.lua", "function helper() return 'a' end function scene() return helper() end");
-  const std::string second = write("b.lua", "function helper() return 'b' end function scene() return helper() end");
+  const std::string first = write("a.lua", "function makeBox() return 'a' end function scene() return makeBox() end");
+  const std::string second = write("b.lua", "function makeBox() return 'b' end function scene() return makeBox() end");
   SceneScripts scripts(m_state, "");
   EXPECT_EQ("a", call(scripts, first, "scene"));
   EXPECT_EQ("b", call(scripts, second, "scene"));
