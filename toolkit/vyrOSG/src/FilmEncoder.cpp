@@ -1,3 +1,4 @@
+/// Runs ffmpeg and feeds it raw pictures.
 #include "FilmEncoder.h"
 
 #include <osgDB/FileNameUtils>

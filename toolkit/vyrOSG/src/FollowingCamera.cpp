@@ -1,3 +1,4 @@
+/// Takes over the view of another camera while the scene is culled.
 #include "FollowingCamera.h"
 
 namespace vyrOSG {

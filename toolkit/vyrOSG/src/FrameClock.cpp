@@ -1,3 +1,4 @@
+/// Counts the pictures that a film owes to a clock.
 #include <vyrOSG/FrameClock.h>
 
 #include <algorithm>

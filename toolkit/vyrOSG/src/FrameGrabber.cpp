@@ -1,3 +1,4 @@
+/// Reads finished frames back from the graphics card.
 #include <vyrOSG/FrameGrabber.h>
 
 #include <osg/RenderInfo>

@@ -1,3 +1,4 @@
+/// Records films and numbered picture sequences.
 #include <vyrOSG/FrameRecorder.h>
 
 #include "FilmEncoder.h"

@@ -1,3 +1,4 @@
+/// Collects lines of text and writes them onto the heads-up display.
 #include <vyrOSG/HudTextManager.h>
 
 #include <algorithm>

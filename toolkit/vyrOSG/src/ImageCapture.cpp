@@ -1,3 +1,4 @@
+/// Writes rendered frames to numbered image files.
 #include <vyrOSG/ImageCapture.h>
 
 #include <vyr/Notify.h>

@@ -1,3 +1,4 @@
+/// Takes away the address of a function that the driver does not have.
 #include "MultisampleCallback.h"
 
 #include <osg/GLExtensions>

@@ -1,3 +1,4 @@
+/// Writes pictures to image files and says why when it cannot.
 #include <vyrOSG/PictureFile.h>
 
 #include <osgDB/FileNameUtils>

@@ -1,3 +1,4 @@
+/// Renders a scene through an own camera into a texture.
 #include <vyrOSG/RenderToTexture.h>
 
 #include "FollowingCamera.h"

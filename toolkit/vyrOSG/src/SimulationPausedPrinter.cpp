@@ -1,3 +1,4 @@
+/// Prints on the heads-up display that the simulation is paused.
 #include <vyrOSG/SimulationPausedPrinter.h>
 
 namespace vyrOSG {

@@ -1,3 +1,4 @@
+/// Prints the simulation's time on the heads-up display.
 #include <vyrOSG/SimulationTimePrinter.h>
 
 #include <cstdio>
