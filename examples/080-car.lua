@@ -11,8 +11,9 @@ function buildScene(sim, app, root)
   local function paint(object, r, g, b) vyrOSG.setDiffuseColor(object:getNode(), Vec4(r, g, b, 1)) end
 
   local ground = S:createBox("ground", at(0, 0, -0.5), Vec3(60, 60, 1), root, sim, vyr.RigidBody.STATIC)
-  paint(ground, 0.42, 0.46, 0.42)
-  vyrOSG.createGrid(30, 30, Vec3(-30, -30, 0.01), Vec3(60, 0, 0), Vec3(0, 60, 0), root)
+  paint(ground, 0.62, 0.66, 0.62)
+  local here = arg[0]:match("^(.*/)") or "./"
+  vyrOSG.setTexture(ground:getNode(), here .. "data/tiles.png", true, vyrOSG.DIFFUSE_TEXTURE, 15, 15)
 
   -- A speed bump, and a wall of cartons in the way.
   local lying = vyr.AffineMatrix4x4:rotate(math.pi / 2, Vec3(1, 0, 0))
@@ -28,7 +29,7 @@ function buildScene(sim, app, root)
 
   -- The car: its chassis is 3.6 m long, 1.6 m wide, 0.7 m high and weighs 900 kg.
   local car = vyrOSG.createSimpleBoxCar(Vec3(3.6, 1.6, 0.7), 900, sim, root)
-  car:transform(at(-8, 0, 1))
+  car:transform(at(-6, 0, 1))
 
   -- Which of the keys are down; as long as none ever was, the car drives by itself.
   local keys, driven = {}, false
@@ -48,7 +49,7 @@ function buildScene(sim, app, root)
     app:getSceneDecorator():setText(0, string.format("%.0f km/h   arrow keys drive", 3.6 * math.abs(car:getSpeed())))
   end }))
 
-  app:setCameraHome(Vec3(2, -17, 7), Vec3(5, 0, 0.8))
+  app:setCameraHome(Vec3(1, -13, 6), Vec3(8, 0, 0.5))
   app:getSceneDecorator():setEnableShadows(true)
 end
 

@@ -5,9 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 namespace {
 
@@ -158,6 +163,40 @@ TEST_F(Graphics, FilmByTheEncoder) {
   char head[12] = {};
   film.read(head, sizeof head);
   EXPECT_EQ("ftyp", std::string(head + 4, 4));
+}
+
+TEST_F(Graphics, WatchedSceneIsMendedInTheWindow) {
+  if (std::system("command -v xvfb-run > /dev/null") != 0)
+    GTEST_SKIP() << "no Xvfb on this machine";
+  const std::string text = "function scene(sim, app) BODY end\n"
+                           "local app = vyrOSG.ExampleApplication()\n"
+                           "app:init(vyrIO.ArgumentParser())\n"
+                           "app:addScene(arg[0], 'scene', 0, true)\n"
+                           "print('done', app:run())\n";
+  const auto write = [&](const std::string& body) {
+    writeFile(m_folder, "watched.lua", std::string(text).replace(text.find("BODY"), 4, body));
+  };
+  write("error('no floor')");
+  FILE* program = popen(("cd " + m_folder +
+                         " && timeout 60 xvfb-run -a " VYR_PROGRAM
+                         " --watch --gl=window --size=64x48 watched.lua 2>&1; echo code $?")
+                            .c_str(),
+                        "r");
+  ASSERT_NE(nullptr, program);
+  std::string output;
+  char line[512];
+  while (std::fgets(line, sizeof line, program) != nullptr) {
+    // The scene has failed, and the window waits: now it is mended.
+    if (output.find("no floor") == std::string::npos && std::strstr(line, "no floor") != nullptr) {
+      std::this_thread::sleep_for(std::chrono::seconds(1));
+      write("print('mended') app:stop()");
+    }
+    output += line;
+  }
+  pclose(program);
+  EXPECT_THAT(output, HasSubstr("vyr: graphics: window on display"));
+  EXPECT_THAT(output, HasSubstr("mended\n"));
+  EXPECT_THAT(output, HasSubstr("done\t0\ncode 0\n"));
 }
 
 TEST_F(Graphics, JournalIsRecordedListedAndPlayed) {

@@ -60,7 +60,10 @@ int ExampleApplication::run() {
 
   if (!m_parts->scenes.empty() && m_parts->currentScene == Parts::kNoScene) {
     const std::size_t first = m_parts->startScene == Parts::kNoScene ? 0 : m_parts->startScene;
-    if (!createScene(first))
+    // In a window somebody can mend the scene and load it again; elsewhere the run would go on with nothing in it.
+    const bool someoneIsThere = m_backend->getKind() == LaunchOptions::WINDOW && !m_parts->limited &&
+                                options.shots.empty() && options.record.empty();
+    if (!createScene(first) && !someoneIsThere)
       fail(1);
   }
   if (options.duration >= 0.0)
