@@ -17,4 +17,10 @@ void TimeStamp::reset(double seconds, std::uint64_t steps) {
   m_stepsOfThisLength = 0;
 }
 
+void TimeStamp::restore(double countStart, std::uint64_t countedSteps, std::uint64_t steps) {
+  m_base = countStart;
+  m_steps = steps;
+  m_stepsOfThisLength = countedSteps;
+}
+
 } // namespace vyr

@@ -28,24 +28,27 @@ inline vyr::Quat fromBullet(const btQuaternion& q) {
   return vyr::Quat(q.x(), q.y(), q.z(), q.w());
 }
 
-/// The rigid part of a transform: rows are made orthonormal in turn, so scale and shear are left out.
+/// The rigid part of a transform. A matrix that is rigid already passes in every bit; of any other the rows are made
+/// orthonormal in turn, so that scale and shear are left out.
 inline btTransform toBullet(const vyr::AffineMatrix4x4& m) {
   btVector3 x(m(0, 0), m(0, 1), m(0, 2));
   btVector3 y(m(1, 0), m(1, 1), m(1, 2));
-  btMatrix3x3 basis = btMatrix3x3::getIdentity();
-  const bool orthonormal =
-      m(0, 0) == 1.0 && m(1, 1) == 1.0 && m(2, 2) == 1.0 && x.length2() == 1.0 && y.length2() == 1.0;
-  if (!orthonormal && x.length2() > 0.0) {
-    x.normalize();
+  btVector3 z(m(2, 0), m(2, 1), m(2, 2));
+  const double tolerance = 1.0e-12;
+  const bool rigid = btFabs(x.length2() - 1.0) < tolerance && btFabs(y.length2() - 1.0) < tolerance &&
+                     btFabs(x.dot(y)) < tolerance && (x.cross(y) - z).length2() < tolerance * tolerance;
+  if (!rigid) {
+    x = x.length2() > 0.0 ? x.normalized() : btVector3(1.0, 0.0, 0.0);
     y -= x * x.dot(y);
-    if (y.length2() > 0.0) {
-      y.normalize();
-      const btVector3 z = x.cross(y);
-      // Row vectors there, column vectors here: the rows become columns.
-      basis.setValue(x.x(), y.x(), z.x(), x.y(), y.y(), z.y(), x.z(), y.z(), z.z());
+    if (!(y.length2() > 0.0)) {
+      y = x.cross(btFabs(x.z()) < 0.9 ? btVector3(0.0, 0.0, 1.0) : btVector3(0.0, 1.0, 0.0));
     }
+    y.normalize();
+    z = x.cross(y);
   }
-  return btTransform(basis, btVector3(m(3, 0), m(3, 1), m(3, 2)));
+  // Row vectors there, column vectors here: the rows become columns.
+  return btTransform(btMatrix3x3(x.x(), y.x(), z.x(), x.y(), y.y(), z.y(), x.z(), y.z(), z.z()),
+                     btVector3(m(3, 0), m(3, 1), m(3, 2)));
 }
 
 inline vyr::AffineMatrix4x4 fromBullet(const btTransform& t) {

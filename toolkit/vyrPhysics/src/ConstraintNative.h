@@ -15,6 +15,7 @@ struct ConstraintNative {
   btRigidBody world{btRigidBody::btRigidBodyConstructionInfo(0.0, nullptr, &emptyShape)};
   btJointFeedback feedback{};
   JointLayout layout;
+  int order = 0;                               ///< among the constraints of the simulation
   std::unique_ptr<JointConstraint> constraint; ///< while the constraint is in a simulation
 };
 

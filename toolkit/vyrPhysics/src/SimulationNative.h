@@ -8,6 +8,7 @@
 #include <BulletDynamics/MLCPSolvers/btMLCPSolver.h>
 
 #include "DynamicsWorld.h"
+#include "OrderedSolver.h"
 #include "PlaneContactAlgorithm.h"
 
 #include <vyrSDK/Contact.h>
@@ -23,12 +24,13 @@ struct SimulationNative {
   vyrPhysics::CollisionConfiguration configuration;
   btCollisionDispatcher dispatcher;
   btDbvtBroadphase broadphase;
-  btSequentialImpulseConstraintSolver iterative;
+  OrderedSolver<btSequentialImpulseConstraintSolver> iterative;
   btDantzigSolver dantzig;
-  btMLCPSolver multi;
+  OrderedSolver<btMLCPSolver> multi;
   DynamicsWorld world;
   std::vector<Contact> contacts;
   bool contactsValid = false;
+  int numConstraintsMade = 0; ///< gives constraints their order
 };
 
 /// Gives a contact point friction, restitution and sensor behaviour of the two geometries that touch.

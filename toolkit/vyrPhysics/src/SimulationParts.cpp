@@ -88,6 +88,7 @@ void Simulation::refresh(vyrCollide::Geometry* geometry) {
 void Simulation::insertConstraint(vyr::Constraint* constraint) {
   constraint->createNative();
   constraint->applySettings();
+  constraint->getNative()->constraint->setUserConstraintId(constraint->getNative()->order);
   m_native->world.addConstraint(constraint->getNative()->constraint.get(), !constraint->getEnableCollisions());
 }
 
@@ -210,6 +211,7 @@ bool Simulation::add(vyr::Constraint* constraint) {
   }
   m_constraints.push_back(holder);
   constraint->m_simulation = this;
+  constraint->getNative()->order = m_native->numConstraintsMade++;
   insertConstraint(constraint);
   return true;
 }
@@ -313,6 +315,11 @@ void Simulation::clear() {
   while (!m_guiListeners.empty()) {
     remove(m_guiListeners.back().get());
   }
+  clearParts();
+  m_clock.reset();
+}
+
+void Simulation::clearParts() {
   while (!m_assemblies.empty()) {
     remove(m_assemblies.back().get());
   }
@@ -331,7 +338,6 @@ void Simulation::clear() {
   while (!m_geometries.empty()) {
     remove(m_geometries.back().get());
   }
-  m_clock.reset();
 }
 
 vyr::RigidBody* Simulation::findRigidBody(const vyr::String& name) const {

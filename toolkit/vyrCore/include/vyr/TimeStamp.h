@@ -28,6 +28,12 @@ public:
   std::uint64_t steps() const { return m_steps; }
   /// Restores a state: `seconds` reached after `steps` steps.
   void reset(double seconds = 0, std::uint64_t steps = 0);
+  /// Where the count of the present step length began, in s.
+  double countStart() const { return m_base; }
+  /// Steps counted since then.
+  std::uint64_t countedSteps() const { return m_stepsOfThisLength; }
+  /// Restores a state in every bit: seconds() goes on as it would have.
+  void restore(double countStart, std::uint64_t countedSteps, std::uint64_t steps);
 
 private:
   double m_dt;

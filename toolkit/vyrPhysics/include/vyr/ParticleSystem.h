@@ -20,8 +20,10 @@ namespace vyrCollide {
 class Geometry;
 }
 namespace vyrSDK {
+class SceneReader;
+class SceneWriter;
 class Simulation;
-}
+} // namespace vyrSDK
 
 namespace vyr {
 
@@ -117,6 +119,8 @@ protected:
   ~ParticleSystem() override;
 
 private:
+  friend class vyrSDK::SceneReader;
+  friend class vyrSDK::SceneWriter;
   friend class vyrSDK::Simulation;
 
   struct Particle {

@@ -14,6 +14,10 @@
 #include <memory>
 #include <vector>
 
+namespace vyrSDK {
+class SceneReader;
+}
+
 namespace vyr {
 
 struct RigidBodyNative;
@@ -128,6 +132,7 @@ protected:
   ~RigidBody() override;
 
 private:
+  friend class vyrSDK::SceneReader;
   friend class vyrSDK::Simulation;
   friend class vyrCollide::Geometry;
 

@@ -16,8 +16,9 @@ class RigidBody;
 } // namespace vyr
 
 namespace vyrSDK {
+class SceneReader;
 class Simulation;
-}
+} // namespace vyrSDK
 
 namespace vyrCollide {
 
@@ -84,6 +85,7 @@ protected:
 
 private:
   friend class vyr::RigidBody;
+  friend class vyrSDK::SceneReader;
   friend class vyrSDK::Simulation;
 
   /// Makes the engine's shape again, for a body that moves or not; `index`: place among the body's geometries.

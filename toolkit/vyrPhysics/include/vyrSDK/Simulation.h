@@ -21,10 +21,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace vyrSDK {
 
+class SceneReader;
 struct SimulationNative;
 
 /// A world of bodies with a clock. Every step has the same length, and two simulations that were given the same things
@@ -68,6 +70,7 @@ public:
   const std::vector<vyr::ref_ptr<vyrCollide::Geometry>>& getGeometries() const { return m_geometries; }
   const std::vector<vyr::ref_ptr<vyr::Constraint>>& getConstraints() const { return m_constraints; }
   const std::vector<vyr::ref_ptr<vyr::ParticleSystem>>& getParticleSystems() const { return m_particleSystems; }
+  const std::vector<vyr::ref_ptr<vyrCollide::Space>>& getSpaces() const { return m_spaces; }
   const std::vector<vyr::ref_ptr<Assembly>>& getAssemblies() const { return m_assemblies; }
   const std::vector<vyr::ref_ptr<StepEventListener>>& getStepEventListeners() const { return m_stepListeners; }
   const std::vector<vyr::ref_ptr<GuiEventListener>>& getGuiEventListeners() const { return m_guiListeners; }
@@ -131,6 +134,19 @@ public:
   /// Source: Fowler, Noll, Vo, The FNV Non-Cryptographic Hash Algorithm (FNV-1a, 64 bits).
   uint64_t stateHash() const;
 
+  /// Writes clock, settings and all parts, except listeners, as a scene file (docs/scene-format.md). The text is the
+  /// whole state: what reads it goes on as this simulation does, bit by bit with the ITERATIVE solver.
+  /// False, with one error message that names the file, when it cannot be written.
+  bool write(const vyr::String& fileName) const;
+
+  /// Replaces clock, settings and all parts by what a scene file holds; listeners stay. False, with one error message
+  /// that names the file, and without any change, when it cannot be read or is no scene.
+  bool read(const vyr::String& fileName);
+
+  /// The same without a file. `source` names the text in the error message.
+  std::string toText() const;
+  bool fromText(const std::string& text, const std::string& source = "text");
+
   /// Pass an event of the user on to the listeners; true when one of them used it up.
   bool keyboard(int key, unsigned int modifiers, float x, float y, bool down);
   bool mouse(int button, float x, float y, bool down);
@@ -144,6 +160,7 @@ protected:
   ~Simulation() override;
 
 private:
+  friend class SceneReader;
   friend class vyr::RigidBody;
   friend class vyrCollide::Geometry;
 
@@ -160,6 +177,7 @@ private:
   void wakeDrivenBodies();
   void advance();
   void updateSolver();
+  void clearParts();
 
   std::unique_ptr<SimulationNative> m_native;
   vyr::ref_ptr<vyrCollide::Space> m_space;
