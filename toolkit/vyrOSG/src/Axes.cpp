@@ -190,7 +190,7 @@ bool createGrid(unsigned int resolutionU, unsigned int resolutionV, const vyr::V
   osg::ref_ptr<osg::Geode> grid = new osg::Geode;
   grid->setName("grid");
   grid->addDrawable(lines);
-  surface::setFixedLook(grid, false);
+  surface::setLineLook(grid);
   return group->addChild(grid);
 }
 

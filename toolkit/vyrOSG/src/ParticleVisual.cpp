@@ -163,7 +163,7 @@ osg::Geode* createParticleContactGraph(vyr::ParticleSystem* particleSystem, vyrO
   osg::ref_ptr<osg::Geode> geode = new osg::Geode;
   geode->setName("particle contacts");
   geode->addDrawable(lines);
-  surface::setFixedLook(geode, false);
+  surface::setLineLook(geode);
   geode->getOrCreateStateSet()->setAttribute(new osg::LineWidth(2));
   group->addChild(geode);
   return geode.get();

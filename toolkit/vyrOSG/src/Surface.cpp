@@ -2,6 +2,7 @@
 #include "Surface.h"
 
 #include <osg/BlendFunc>
+#include <osg/Depth>
 #include <osg/Image>
 #include <osg/NodeVisitor>
 #include <osg/Program>
@@ -115,6 +116,15 @@ void setFixedLook(osg::Node* node, bool lit) {
   }
   // An empty program is the fixed pipeline.
   stateSet->setAttribute(new osg::Program);
+}
+
+void setLineLook(osg::Node* node) {
+  setFixedLook(node, false);
+  // The decorator draws shadows from what has this bit.
+  constexpr osg::Node::NodeMask kCastsShadow = 0x2;
+  node->setNodeMask(node->getNodeMask() & ~kCastsShadow);
+  constexpr double kForward = 5e-5;
+  node->getOrCreateStateSet()->setAttributeAndModes(new osg::Depth(osg::Depth::LESS, 0, 1 - kForward));
 }
 
 void setPlaneChecker(osg::Node* node, double squareSize) {

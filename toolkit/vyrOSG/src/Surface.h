@@ -26,6 +26,10 @@ bool isDefaultMaterial(const osg::Material* material);
 /// lit: it is shaded by the scene's lights, else it glows in its colour.
 void setFixedLook(osg::Node* node, bool lit);
 
+/// For lines: they cast no shadow under a scene decorator, and come forward a little, so that those that lie on a
+/// surface do not flicker with it.
+void setLineLook(osg::Node* node);
+
 /// Puts a checker of tiles of 1 m on the square that stands for a plane.
 void setPlaneChecker(osg::Node* node, double squareSize);
 

@@ -161,7 +161,7 @@ osg::ref_ptr<osg::Geode> makeTrails(const char* caller, const TrailSource& sourc
   lines->setUpdateCallback(new TrailCallback(recorder.get()));
   osg::ref_ptr<osg::Geode> geode = new osg::Geode;
   geode->addDrawable(lines);
-  surface::setFixedLook(geode, false);
+  surface::setLineLook(geode);
   osg::StateSet* stateSet = geode->getOrCreateStateSet();
   surface::setTransparency(*stateSet, 0.5f);
   stateSet->setAttribute(new osg::LineWidth(2));
