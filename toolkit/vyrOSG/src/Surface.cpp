@@ -123,7 +123,7 @@ void setLineLook(osg::Node* node) {
   // The decorator draws shadows from what has this bit.
   constexpr osg::Node::NodeMask kCastsShadow = 0x2;
   node->setNodeMask(node->getNodeMask() & ~kCastsShadow);
-  constexpr double kForward = 5e-5;
+  constexpr double kForward = 1e-6;
   node->getOrCreateStateSet()->setAttributeAndModes(new osg::Depth(osg::Depth::LESS, 0, 1 - kForward));
 }
 
