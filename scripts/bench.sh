@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-for program in build/bench/bench_*; do
+for program in build/bench/*_bench; do
   [ -x "$program" ] || continue
   echo "== $(basename "$program")"
   "$program"
