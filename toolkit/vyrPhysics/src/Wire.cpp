@@ -10,15 +10,16 @@ namespace vyrWire {
 
 namespace {
 
-const std::size_t kMaxSegments = 4096;
+const std::size_t kMaxSegments = 16384;
 const int kMaxSubSteps = 200;
 
 /// Newton steps of a projection: the error falls with the square, three leave nothing that matters.
 const int kProjections = 3;
 
-/// The most further rounds, and the share of a segment's length below which none is needed.
+/// The most further rounds, and the share of the wire's length that a segment's error may be: finer ones drown in the
+/// rounding of long chains.
 const int kRescues = 20;
-const double kTolerance = 1e-6;
+const double kTolerance = 1e-7;
 
 /// The smallest cosine of a segment's turn within a small step for which its old direction still serves.
 const double kGentleTurn = 0.9;
@@ -437,7 +438,7 @@ double Wire::largestError(const std::vector<vyr::Vec3>& places, double give, con
   double largest = 0;
   for (std::size_t i = 0; i < total.size(); ++i) {
     const double error = (places[i + 1] - places[i]).length() - m_restLength - give * total[i];
-    largest = std::max(largest, std::fabs(error) / m_segmentLength);
+    largest = std::max(largest, std::fabs(error) / m_length);
   }
   return largest;
 }
