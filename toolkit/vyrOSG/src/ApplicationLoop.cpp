@@ -66,6 +66,8 @@ int ExampleApplication::run() {
     if (!createScene(first) && !someoneIsThere)
       fail(1);
   }
+  if (m_parts->playAtStart)
+    journalPlayback();
   if (options.duration >= 0.0)
     m_parts->stopTime = std::min(m_parts->stopTime, getTimeStamp() + options.duration);
   if (m_parts->exitCode == 0) {
@@ -132,14 +134,15 @@ void ExampleApplication::stepSimulation() {
     if (!m_parts->player.next(*m_simulation)) {
       m_parts->player.close();
       setAutoStepping(false);
+      return;
     }
-    return;
+  } else {
+    m_simulation->step();
+    if (m_parts->journal.isOpen())
+      m_parts->journal.record(*m_simulation);
   }
-  m_simulation->step();
   if (m_parts->stepsLeft > 0)
     --m_parts->stepsLeft;
-  if (m_parts->journal.isOpen())
-    m_parts->journal.record(*m_simulation);
   if (m_parts->dump)
     SimulationFile::save(*m_simulation,
                          m_saveSceneFilename + "." + std::to_string(m_simulation->getTimeStamp().steps()) + ".json");

@@ -108,6 +108,7 @@ struct ExampleApplication::Parts {
   JournalFormat journalFormat = JOURNAL_FULL;
   Journal journal;
   JournalPlayer player;
+  bool playAtStart = false;
   RemoteDebugger debugger;
   std::string cfgFile;
 };

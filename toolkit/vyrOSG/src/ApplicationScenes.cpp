@@ -142,6 +142,9 @@ void ExampleApplication::beginScene() {
 }
 
 void ExampleApplication::clearScene() {
+  // Bodies are journalled by their place in the simulation, so a session ends with its scene.
+  if (m_parts->journal.getNumSteps() > 0)
+    m_parts->journal.close();
   m_simulation->clear();
   m_simulation->setGravity(m_gravity);
   applySolver();

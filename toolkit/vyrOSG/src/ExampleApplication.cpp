@@ -141,6 +141,7 @@ bool ExampleApplication::readArguments() {
   if (arguments.read("--journal", m_parts->journalFile)) {
     m_parts->journalSession = "session";
     arguments.read("--journal-session", m_parts->journalSession);
+    m_parts->playAtStart = arguments.readFlag("--journal-playback");
     if (arguments.readFlag("--journal-record") && !journalRecord(m_parts->journalFile, m_parts->journalSession))
       return false;
   }

@@ -37,6 +37,9 @@ public:
   bool open(const std::string& file, const std::string& session, Format format, double timeStep);
   bool isOpen() const { return m_database != nullptr; }
 
+  /// Steps written since `open`, 0 while closed.
+  long long getNumSteps() const { return m_database ? m_step : 0; }
+
   /// Writes the state after a step. False and one error line on failure; the journal is closed then.
   bool record(const vyrSDK::Simulation& simulation);
 
