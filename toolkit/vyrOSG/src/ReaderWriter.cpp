@@ -3,14 +3,15 @@
 
 #include "DataFile.h"
 #include "FileSearch.h"
-#include "SimulationFile.h"
 
 #include <vyrOSG/ExampleApplication.h>
 #include <vyrOSG/GeometryNode.h>
 #include <vyrOSG/Group.h>
 #include <vyrOSG/utils.h>
 
+#include <vyr/Constraint.h>
 #include <vyr/Notify.h>
+#include <vyr/ParticleSystem.h>
 #include <vyr/RigidBody.h>
 #include <vyrCollide/Geometry.h>
 #include <vyrCollide/Shape.h>
@@ -51,17 +52,32 @@ struct Parts {
   std::vector<vyr::ref_ptr<vyr::RigidBody>> bodies;
   std::vector<vyr::ref_ptr<vyrCollide::Geometry>> geometries;
   std::vector<vyr::ref_ptr<vyr::Constraint>> constraints;
+  std::vector<vyr::ref_ptr<vyr::ParticleSystem>> particleSystems;
+  std::vector<vyr::ref_ptr<vyrSDK::Assembly>> assemblies;
   /// The picture of a model file that brings its own look. Nullable: the body is drawn by its shape.
   osg::ref_ptr<osg::Node> look;
 };
 
-/// Where what was read goes: an assembly or the simulation itself.
-template <class Part>
-void addTo(vyrSDK::Simulation& simulation, vyrSDK::Assembly* assembly, Part* part) {
-  if (assembly)
-    assembly->add(part);
-  else
-    simulation.add(part);
+/// Puts what was read where it goes: an assembly, or the simulation itself. Parts of assemblies that were read stay
+/// with them.
+void place(const Parts& parts, vyrSDK::Simulation& simulation, vyrSDK::Assembly* assembly) {
+  const auto add = [&](auto* part) { return assembly ? assembly->add(part) : simulation.add(part); };
+  if (assembly && !assembly->getSimulation())
+    simulation.add(assembly);
+  for (const vyr::ref_ptr<vyrSDK::Assembly>& read : parts.assemblies)
+    add(read.get());
+  for (const vyr::ref_ptr<vyr::RigidBody>& body : parts.bodies)
+    if (!body->getSimulation())
+      add(body.get());
+  for (const vyr::ref_ptr<vyrCollide::Geometry>& geometry : parts.geometries)
+    if (!geometry->getSimulation())
+      add(geometry.get());
+  for (const vyr::ref_ptr<vyr::Constraint>& constraint : parts.constraints)
+    if (!constraint->getSimulation())
+      add(constraint.get());
+  // Assemblies have no particle systems.
+  for (const vyr::ref_ptr<vyr::ParticleSystem>& particles : parts.particleSystems)
+    simulation.add(particles.get());
 }
 
 /// Reads a scene file into a simulation of its own and takes the parts out of it, so that a mistake anywhere in the
@@ -70,7 +86,7 @@ bool readScene(const std::string& path, vyrSDK::Simulation& simulation, unsigned
   vyr::ref_ptr<vyrSDK::Simulation> staging = new vyrSDK::Simulation;
   staging->setGravity(simulation.getGravity());
   staging->setTimeStep(simulation.getTimeStep());
-  if (!SimulationFile::restore(*staging, path, nullptr))
+  if (!staging->read(path))
     return false;
   if ((mask & READ_SETTINGS) != 0) {
     simulation.setGravity(staging->getGravity());
@@ -79,6 +95,8 @@ bool readScene(const std::string& path, vyrSDK::Simulation& simulation, unsigned
   if ((mask & READ_BODIES) != 0) {
     outParts.bodies = staging->getRigidBodies();
     outParts.geometries = staging->getGeometries();
+    outParts.particleSystems = staging->getParticleSystems();
+    outParts.assemblies = staging->getAssemblies();
     if ((mask & READ_CONSTRAINTS) != 0)
       outParts.constraints = staging->getConstraints();
   }
@@ -128,6 +146,8 @@ osg::BoundingSphere draw(const Parts& parts, vyrOSG::Group* root, float detailRa
     createVisual(geometry.get(), root, detailRatio, axes);
     grow(bound, *geometry, root);
   }
+  for (const vyr::ref_ptr<vyr::ParticleSystem>& particles : parts.particleSystems)
+    createVisual(particles.get(), root);
   // A model that was asked for without its body.
   if (parts.bodies.empty() && parts.look) {
     root->addChild(parts.look);
@@ -190,17 +210,10 @@ bool readFile(const std::string& fileName, vyrSDK::Simulation* simulation, vyrOS
   if (isScene ? !readScene(search.getPath(), *simulation, mask, parts) : !readModelBody(search.getPath(), mask, parts))
     return false;
 
-  for (const vyr::ref_ptr<vyr::RigidBody>& body : parts.bodies) {
-    if (motionControl != -1)
+  if (motionControl != -1)
+    for (const vyr::ref_ptr<vyr::RigidBody>& body : parts.bodies)
       body->setMotionControl(static_cast<vyr::RigidBody::MotionControl>(motionControl));
-    addTo(*simulation, assembly, body.get());
-  }
-  for (const vyr::ref_ptr<vyrCollide::Geometry>& geometry : parts.geometries)
-    addTo(*simulation, assembly, geometry.get());
-  for (const vyr::ref_ptr<vyr::Constraint>& constraint : parts.constraints)
-    addTo(*simulation, assembly, constraint.get());
-  if (assembly && !assembly->getSimulation())
-    simulation->add(assembly);
+  place(parts, *simulation, assembly);
 
   if (!root || (mask & CREATE_VISUALS) == 0)
     return true;
