@@ -81,7 +81,7 @@ void ExampleApplication::addRenderToTexture(vyrOSG::RenderToTexture* target) {
   if (!target)
     return;
   target->setScene(m_sceneDecorator->getLitScene());
-  m_root->addChild(target->getCamera());
+  m_root->addChild(target->getCamera()); // refuses a camera that stands above the root
   m_parts->targets.emplace_back(target);
 }
 

@@ -127,7 +127,7 @@ void DecoratorShadows::apply(SceneDecorator::ShadowMethod method, osg::LightSour
   m_shadowed = nullptr;
   m_mapped = false;
   m_state->removeDefine("VYR_SHADOW_TAPS");
-  m_state->getUniform("vyr_shadowLight")->set(lightNumber);
+  m_state->getOrCreateUniform("vyr_shadowLight", osg::Uniform::INT)->set(lightNumber);
   if (!light || method == SceneDecorator::NO_SHADOWS) {
     m_above->addChild(m_scene.get());
     return;
@@ -177,7 +177,7 @@ void DecoratorShadows::applyShadowMap(ShadowFilter filter, int resolution, osg::
   technique->setLight(light);
   technique->addShader(DecoratorShaders::makeVertexShader());
   technique->addShader(DecoratorShaders::makeFragmentShader(filter));
-  m_state->getUniform("vyr_shadowTexel")->set(1.0f / static_cast<float>(resolution));
+  m_state->getOrCreateUniform("vyr_shadowTexel", osg::Uniform::FLOAT)->set(1.0f / static_cast<float>(resolution));
   m_shadowed->setShadowTechnique(technique.get());
   const char* taps = filter == ShadowFilter::SOFT ? "5" : filter == ShadowFilter::SMOOTH ? "2" : "1";
   m_state->setDefine("VYR_SHADOW_TAPS", taps);
@@ -199,7 +199,7 @@ void DecoratorShadows::setShaderState(bool enable, bool persistent) {
 }
 
 void DecoratorShadows::setLights(int mask) {
-  m_state->getUniform("vyr_lightOn")
+  m_state->getOrCreateUniform("vyr_lightOn", osg::Uniform::FLOAT_VEC4)
       ->set(osg::Vec4((mask & 1) ? 1.0f : 0.0f, (mask & 2) ? 1.0f : 0.0f, (mask & 4) ? 1.0f : 0.0f, 0.0f));
 }
 

@@ -4,6 +4,7 @@
 #include "ShapeNode.h"
 
 #include <vyrOSG/Conversions.h>
+#include <vyrOSG/SceneLoops.h>
 
 #include <vyr/Notify.h>
 #include <vyrCollide/Shape.h>
@@ -148,6 +149,9 @@ void GeometryNode::showSelected() {
   if (m_shown)
     removeChild(m_shown);
   m_shown = wanted;
+  // Kept as the render child, but not shown: a node that stands above this one would make the scene endless.
+  if (wouldLoop(this, m_shown.get()))
+    m_shown = nullptr;
   if (m_shown)
     insertChild(0, m_shown);
 }

@@ -1,29 +1,16 @@
 // Keeps the children of a visual group, and refuses the two additions that would break every later traversal.
 #include <vyrOSG/Group.h>
 
+#include <vyrOSG/SceneLoops.h>
+
 namespace vyrOSG {
-
-namespace {
-
-/// Whether ancestor stands somewhere above node, or is node itself.
-bool standsUnder(const osg::Node* node, const osg::Node* ancestor) {
-  if (node == ancestor)
-    return true;
-  for (unsigned int i = 0; i < node->getNumParents(); ++i) {
-    if (standsUnder(node->getParent(i), ancestor))
-      return true;
-  }
-  return false;
-}
-
-} // namespace
 
 void Group::setName(const std::string& name) {
   osg::Group::setName(name);
 }
 
 bool Group::addChild(osg::Node* child) {
-  if (!child || (child->asGroup() && standsUnder(this, child)))
+  if (!child || wouldLoop(this, child))
     return false;
   return osg::Group::addChild(child);
 }
@@ -33,7 +20,7 @@ bool Group::removeChild(osg::Node* child) {
 }
 
 bool Group::replaceChild(osg::Node* oldChild, osg::Node* newChild) {
-  if (!newChild || (newChild->asGroup() && standsUnder(this, newChild)))
+  if (!newChild || wouldLoop(this, newChild))
     return false;
   return osg::Group::replaceChild(oldChild, newChild);
 }

@@ -6,6 +6,7 @@
 
 #include <vyr/Notify.h>
 #include <vyrOSG/FrameGrabber.h>
+#include <vyrOSG/SceneLoops.h>
 
 #include <osg/RenderInfo>
 
@@ -111,7 +112,7 @@ vyrOSG::ImageCapture* RenderToTexture::getImageCapture() {
 
 void RenderToTexture::setScene(osg::Node* scene) {
   m_camera->removeChildren(0, m_camera->getNumChildren());
-  if (scene)
+  if (scene && !wouldLoop(m_camera.get(), scene))
     m_camera->addChild(scene);
 }
 

@@ -9,6 +9,7 @@
 
 #include <vyr/Notify.h>
 #include <vyrOSG/Conversions.h>
+#include <vyrOSG/SceneLoops.h>
 
 #include <osg/ComputeBoundsVisitor>
 
@@ -68,6 +69,10 @@ SceneDecorator::SceneDecorator(int width, int height, int numLights)
 SceneDecorator::~SceneDecorator() = default;
 
 void SceneDecorator::traverse(osg::NodeVisitor& visitor) {
+  // What decorates the scene is no child: nothing else keeps the decorator from standing in its own decoration.
+  const osg::NodePath& path = visitor.getNodePath();
+  if (std::count(path.begin(), path.end(), this) > 1)
+    return;
   if (!m_enabled) {
     osg::Group::traverse(visitor);
     return;
@@ -90,7 +95,7 @@ void SceneDecorator::releaseGLObjects(osg::State* state) const {
 // Children
 
 bool SceneDecorator::insertChild(unsigned int index, osg::Node* child) {
-  if (!osg::Group::insertChild(index, child))
+  if (wouldLoop(this, child) || wouldLoop(m_shadowedScene.get(), child) || !osg::Group::insertChild(index, child))
     return false;
   m_shadowedScene->insertChild(index, child);
   return true;
@@ -119,7 +124,7 @@ bool SceneDecorator::replaceChild(osg::Node* oldChild, osg::Node* newChild) {
 }
 
 bool SceneDecorator::setChild(unsigned int index, osg::Node* child) {
-  if (!child || index >= getNumChildren())
+  if (!child || index >= getNumChildren() || wouldLoop(this, child) || wouldLoop(m_shadowedScene.get(), child))
     return false;
   osg::ref_ptr<osg::Node> old = getChild(index);
   if (!osg::Group::setChild(index, child))

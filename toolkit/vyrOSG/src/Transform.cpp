@@ -2,6 +2,7 @@
 #include <vyrOSG/Transform.h>
 
 #include <vyrOSG/Conversions.h>
+#include <vyrOSG/SceneLoops.h>
 
 #include <vyr/Notify.h>
 
@@ -30,11 +31,11 @@ void Transform::setName(const std::string& name) {
 }
 
 bool Transform::addChild(osg::Node* child) {
-  return osg::MatrixTransform::addChild(child);
+  return !wouldLoop(this, child) && osg::MatrixTransform::addChild(child);
 }
 
 bool Transform::addChild(vyrOSG::Node* child) {
-  return osg::MatrixTransform::addChild(child);
+  return !wouldLoop(this, child) && osg::MatrixTransform::addChild(child);
 }
 
 void Transform::setMatrix(const vyr::AffineMatrix4x4& matrix) {

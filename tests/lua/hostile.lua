@@ -1,0 +1,61 @@
+-- Calls that once ended the process: each is a result or an error now.
+package.path = arg[0]:gsub("[^/]*$", "?.lua;") .. package.path
+local check = require("check")
+
+function testNodeIsRefusedBelowItself()
+  for _, class in ipairs { osg.Group, osg.MatrixTransform, osg.Transform, vyrOSG.Group, vyrOSG.Transform } do
+    local above, below = class:new(), class:new()
+    check.isFalse(above:addChild(above))
+    check.isTrue(above:addChild(below))
+    check.isFalse(below:addChild(above))
+  end
+end
+
+function testNodeIsRefusedBelowItselfThroughManyPaths()
+  local top = vyrOSG.Group:new()
+  local parent = top
+  for _ = 1, 40 do
+    local child = osg.Group:new()
+    parent:addChild(child)
+    parent:addChild(child) -- 2^40 paths lead up from the last one
+    parent = child
+  end
+  check.isFalse(parent:addChild(top))
+end
+
+function testDecoratorIsRefusedBelowItself()
+  local decorator = vyrOSG.SceneDecorator(64, 64)
+  local group = osg.Group:new()
+  check.isTrue(decorator:addChild(group))
+  check.isFalse(group:addChild(decorator))
+  check.isFalse(decorator:addChild(decorator))
+  check.isFalse(decorator:insertChild(0, decorator))
+  check.isFalse(decorator:replaceChild(group, decorator))
+  check.isFalse(decorator:setChild(0, decorator))
+end
+
+function testRenderChildAboveItsNodeIsNotShown()
+  local node = vyrOSG.GeometryNode(vyrCollide.Geometry(vyrCollide.Sphere(1)))
+  local above = osg.Group:new()
+  check.isTrue(above:addChild(node))
+  node:setRenderChild(vyrOSG.GeometryNode.RENDER_DATA, above)
+  node:selectRenderChild(vyrOSG.GeometryNode.RENDER_DATA)
+  vyrOSG.setShininess(above, 4) -- walks the scene
+end
+
+function testDecoratorMakesLightsWithoutItsUniforms()
+  local decorator = vyrOSG.SceneDecorator(64, 64)
+  local function removeUniforms(state)
+    if not state then return end
+    for _, name in ipairs { "vyr_lightOn", "vyr_shadowLight", "vyr_shadowTexel" } do state:removeUniform(name) end
+  end
+  local parent = decorator:getShadowedScene()
+  while parent and parent:getNumParents() > 0 do
+    parent = parent:getParent(0)
+    removeUniforms(parent:getStateSet())
+  end
+  decorator:createLights(7)
+  decorator:setEnableShadows(true)
+end
+
+check.run()
