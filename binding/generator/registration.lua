@@ -59,7 +59,7 @@ function classPackage:preamble()
   line("static void tolua_reg_types(lua_State* " .. S .. ")")
   line("{")
   for _, name in ipairs(vyr.types) do
-    line(string.format("  tolua_usertype(%s, %s);", S, quoted(name)))
+    line(string.format("  vyrBinding::declareType(%s, %s);", S, quoted(name)))
   end
   line("}")
   line("")

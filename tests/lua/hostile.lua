@@ -58,4 +58,12 @@ function testDecoratorMakesLightsWithoutItsUniforms()
   decorator:setEnableShadows(true)
 end
 
+function testReadOnlyViewOfAnUnknownClassIsPushedTwice()
+  local camera = osg.Camera:new()
+  local first = camera:getBufferAttachmentMap()
+  check.isTrue(rawequal(first, camera:getBufferAttachmentMap()))
+  check.isFalse(pcall(function() return first.field + 1 end))
+  collectgarbage()
+end
+
 check.run()

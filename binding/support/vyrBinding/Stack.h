@@ -15,6 +15,29 @@ inline int raise(lua_State* state, const char* text, tolua_Error* record = nullp
   return 0;
 }
 
+/// Declares a type name to the runtime.
+///
+/// The runtime keeps a table of ancestors for each type, yet makes none for the const form of a type that never becomes
+/// a class; pushing such an object a second time, while Lua holds it, then lets the runtime write over its own tables.
+inline void declareType(lua_State* state, const char* type) {
+  tolua_usertype(state, type);
+  lua_pushliteral(state, "tolua_super");
+  lua_rawget(state, LUA_REGISTRYINDEX);
+  lua_pushfstring(state, "const %s", type);
+  lua_rawget(state, LUA_REGISTRYINDEX); // the metatable
+  if (lua_istable(state, -1) && lua_istable(state, -2)) {
+    lua_pushvalue(state, -1);
+    lua_rawget(state, -3);
+    if (lua_isnil(state, -1)) {
+      lua_pushvalue(state, -2);
+      lua_newtable(state);
+      lua_rawset(state, -5);
+    }
+    lua_pop(state, 1);
+  }
+  lua_pop(state, 2);
+}
+
 /// The string at `position`, or `fallback` where it is absent; never null, a null string reads as "".
 inline const char* toText(lua_State* state, int position, const char* fallback) {
   const char* text = tolua_tostring(state, position, fallback);

@@ -190,6 +190,10 @@ bool Simulation::step() {
 }
 
 void Simulation::stepTo(double time) {
+  if (!std::isfinite(time)) {
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "a simulation cannot step to the time " << time << " s";
+    return;
+  }
   // Half a step of slack: the clock's rounding must not cost or add a step.
   while (getTime() < time - 0.5 * getTimeStep() && step()) {
   }
