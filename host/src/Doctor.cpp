@@ -134,7 +134,8 @@ std::string findProgram(const std::string& name) {
   const char* path = std::getenv("PATH");
   std::istringstream directories(path != nullptr ? path : "");
   for (std::string directory; std::getline(directories, directory, ':');) {
-    const std::string file = directory + "/" + name;
+    std::string file = directory;
+    file.append("/").append(name);
     if (access(file.c_str(), X_OK) == 0)
       return file;
   }

@@ -47,7 +47,7 @@ struct Call {
 std::string typeNameAt(lua_State* state, int index) {
   const int top = lua_gettop(state);
   const char* name = tolua_typename(state, index);
-  const std::string result = name != nullptr ? name : "";
+  std::string result = name != nullptr ? name : "";
   lua_settop(state, top);
   return result;
 }
@@ -125,6 +125,7 @@ std::vector<ApiFunction> findCandidates(const ApiManifest& manifest, const Call&
   if (candidates.empty())
     candidates = manifest.findFreeFunctions(call.name);
   std::vector<std::pair<int, ApiFunction>> ranked;
+  ranked.reserve(candidates.size());
   for (ApiFunction& candidate : candidates)
     ranked.emplace_back(distance(call, candidate), std::move(candidate));
   std::stable_sort(ranked.begin(), ranked.end(), [](const auto& a, const auto& b) { return a.first < b.first; });

@@ -29,7 +29,7 @@ std::string Prompt::getPrompt(bool first) const {
   lua_State* state = m_interpreter.getState();
   lua_getglobal(state, first ? "_PROMPT" : "_PROMPT2");
   const char* text = lua_tostring(state, -1);
-  const std::string prompt = text != nullptr ? text : (first ? "> " : ">> ");
+  std::string prompt = text != nullptr ? text : (first ? "> " : ">> ");
   lua_pop(state, 1);
   return prompt;
 }

@@ -20,7 +20,7 @@ public:
   explicit SceneDeleteHandler(const std::shared_ptr<vyrLua::ObjectRetirer>& retirer)
       : m_retirer(retirer) {}
 
-  ~SceneDeleteHandler() override { flush(); }
+  ~SceneDeleteHandler() override { SceneDeleteHandler::flush(); }
 
   void flush() override {
     std::vector<const osg::Referenced*> waiting;
@@ -65,8 +65,9 @@ void installSceneDeleteHandler(const std::shared_ptr<vyrLua::ObjectRetirer>& ret
   // A script may end the process: the library would go on using the handler after its own end destroyed it.
   static const bool atExit = std::atexit(&removeSceneDeleteHandler) == 0;
   static_cast<void>(atExit);
+  // The library owns the handler from here on and deletes it when it gets another one.
   osg::Referenced::setDeleteHandler(new SceneDeleteHandler(retirer));
-}
+} // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
 
 void removeSceneDeleteHandler() {
   osg::Referenced::setDeleteHandler(nullptr);

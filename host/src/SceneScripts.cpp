@@ -81,7 +81,7 @@ bool readTime(const std::string& file, fs::file_time_type& time) {
 
 std::string popText(lua_State* state) {
   const char* text = lua_tostring(state, -1);
-  const std::string result = text != nullptr ? text : "(error object is not a string)";
+  std::string result = text != nullptr ? text : "(error object is not a string)";
   lua_pop(state, 1);
   return result;
 }

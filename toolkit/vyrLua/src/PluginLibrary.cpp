@@ -14,7 +14,8 @@ const char* baseAddressOf(void* handle) {
   link_map* map = nullptr;
   if (dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0 || map == nullptr)
     return nullptr;
-  return reinterpret_cast<const char*>(map->l_addr);
+  // The loader gives addresses as integers.
+  return reinterpret_cast<const char*>(map->l_addr); // NOLINT(performance-no-int-to-ptr)
 }
 
 } // namespace

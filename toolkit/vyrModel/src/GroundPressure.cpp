@@ -77,12 +77,14 @@ std::set<std::size_t> samplesUnder(const Ground& ground, const Patch& patch) {
   vyr::Vec2 low;
   vyr::Vec2 high;
   rectangleUnder(ground, *patch.other, low, high);
-  for (double row = low.y(); row <= high.y(); ++row) {
-    for (double column = low.x(); column <= high.x(); ++column) {
-      const auto i = static_cast<std::size_t>(column);
-      const auto j = static_cast<std::size_t>(row);
-      if (touches(ground, *patch.other, i, j)) {
-        samples.insert(j * columns + i);
+  if (high.x() < low.x() || high.y() < low.y())
+    return samples;
+  const auto lastColumn = static_cast<std::size_t>(high.x());
+  const auto lastRow = static_cast<std::size_t>(high.y());
+  for (auto row = static_cast<std::size_t>(low.y()); row <= lastRow; ++row) {
+    for (auto column = static_cast<std::size_t>(low.x()); column <= lastColumn; ++column) {
+      if (touches(ground, *patch.other, column, row)) {
+        samples.insert(row * columns + column);
       }
     }
   }

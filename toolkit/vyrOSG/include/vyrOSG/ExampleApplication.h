@@ -59,8 +59,8 @@ public:
   explicit ExampleApplication(vyrSDK::Simulation* simulation = nullptr);
 
   /// Runs the main loop until `done`: builds the start scene, then steps and draws. Returns the exit code: 0, 1 when
-  /// the start scene could not be built or a picture not be written, 3 when the graphics asked for could not be had. In a
-  /// window without limits a failed scene leaves the window open, so that it can be mended and loaded again.
+  /// the start scene could not be built or a picture not be written, 3 when the graphics asked for could not be had. In
+  /// a window without limits a failed scene leaves the window open, so that it can be mended and loaded again.
   virtual int run();
 
   /// Makes viewer and context. @param createWindow false keeps to drawing without a window (EGL) or not at all.

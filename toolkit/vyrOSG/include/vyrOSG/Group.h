@@ -23,7 +23,7 @@ public:
   bool addChild(osg::Node* child) override;
 
   /// Removes the first place of a child. Nullable: child. False if it is not a child of this group.
-  bool removeChild(osg::Node* child);
+  bool removeChild(osg::Node* child) override;
 
   /// Puts newChild where oldChild stands. Nullable: both. False if oldChild is not a child or newChild is null.
   bool replaceChild(osg::Node* oldChild, osg::Node* newChild) override;
