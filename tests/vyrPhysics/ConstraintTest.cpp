@@ -344,3 +344,71 @@ TEST(Frame, StandsWhereBodyAndLocalTransformSay) {
   body = nullptr;
   EXPECT_EQ(frame->getRigidBody(), nullptr);
 }
+
+namespace {
+
+/// A ball on a weightless arm of 1 m along x, held to the world by an elastic lock at the origin.
+struct ElasticArm {
+  ElasticArm(double stiffness, double damping) {
+    body = scene::body(new vyrCollide::Sphere(0.1), vyr::Vec3(1.0, 0.0, 0.0));
+    lock = new vyr::Lock(vyr::Frame::create(body.get(), vyr::Vec3()), vyr::Frame::create(nullptr, vyr::Vec3()));
+    lock->setElasticity(stiffness, damping);
+  }
+
+  /// How far the arm hangs below the horizontal, in rad.
+  double getAngle() const { return std::atan2(-body->getPosition().z(), body->getPosition().x()); }
+
+  vyr::ref_ptr<vyr::RigidBody> body;
+  vyr::ref_ptr<vyr::Lock> lock;
+};
+
+} // namespace
+
+TEST(Lock, ElasticArmSagsAsItsStiffnessSays) {
+  for (double stiffness : {100.0, 1.0e3, 1.0e5}) {
+    auto simulation = fineSimulation();
+    const ElasticArm arm(stiffness, 0.3 * std::sqrt(stiffness));
+    ASSERT_TRUE(simulation->add(arm.lock.get()));
+    simulation->stepTo(20.0);
+    // stiffness * angle = m g cos(angle), by iteration.
+    double angle = 0.0;
+    for (int i = 0; i < 100; ++i) {
+      angle = arm.body->getMass() * scene::kGravity * std::cos(angle) / stiffness;
+    }
+    // The solver lets the joint's origin hang by a fraction of a millimetre, too.
+    EXPECT_NEAR(arm.getAngle(), angle, 0.01 * angle + 3e-4) << stiffness;
+  }
+}
+
+TEST(Lock, ElasticArmSwingsWithItsPeriod) {
+  auto simulation = fineSimulation();
+  simulation->setGravity(vyr::Vec3());
+  const ElasticArm arm(1.0e3, 0.0);
+  ASSERT_TRUE(simulation->add(arm.lock.get()));
+  arm.body->setVelocity(vyr::Vec3(0.0, 0.0, 0.5));
+  arm.body->setAngularVelocity(vyr::Vec3(0.0, -0.5, 0.0));
+  const double mass = arm.body->getMass();
+  const double period = 2.0 * kPi * std::sqrt(mass * (1.0 + 0.4 * 0.1 * 0.1) / 1.0e3);
+  const double measured = measurePeriod(
+      *simulation, [&arm] { return arm.body->getPosition().z(); }, 3);
+  EXPECT_NEAR(measured, period, 0.02 * period);
+}
+
+TEST(Lock, PreloadCarriesTheArm) {
+  auto simulation = fineSimulation();
+  const ElasticArm arm(100.0, 5.0);
+  // Gravity turns the arm about y; the joint turns it back.
+  ASSERT_TRUE(arm.lock->setPreload(vyr::Vec3(0.0, -arm.body->getMass() * scene::kGravity, 0.0)));
+  ASSERT_TRUE(simulation->add(arm.lock.get()));
+  simulation->stepTo(2.0);
+  EXPECT_NEAR(arm.getAngle(), 0.0, 1e-3);
+}
+
+TEST(Lock, RefusesImpossibleElasticity) {
+  const scene::Messages messages;
+  const ElasticArm arm(1.0, 0.0);
+  EXPECT_FALSE(arm.lock->setElasticity(0.0, 1.0));
+  EXPECT_FALSE(arm.lock->setElasticity(1.0, -1.0));
+  EXPECT_FALSE(arm.lock->setPreload(vyr::Vec3(0.0, std::nan(""), 0.0)));
+  EXPECT_EQ(messages.get().size(), 3u);
+}

@@ -54,6 +54,13 @@ public:
     finish(speed, low, high);
   }
 
+  /// As above, giving way by `softness` times the impulse (in rad/s per N m s). The engine multiplies its own measure
+  /// of softness with the impulse, not with the velocity: it is `softness` over the row's `inverseInertia`.
+  void addSoftAngular(const btVector3& n, double speed, double softness, double inverseInertia) {
+    m_info.cfm[m_row * m_info.rowskip] = softness / inverseInertia;
+    addAngular(n, speed, -SIMD_INFINITY, SIMD_INFINITY);
+  }
+
 private:
   void set(btScalar* block, const btVector3& v) const {
     for (int i = 0; i < 3; ++i) {
@@ -198,8 +205,23 @@ void JointConstraint::addTurning(const State& state, Rows& rows) const {
   }
   const int count = m_layout.turning == JointLayout::FIXED ? 3 : 2;
   for (int i = 0; i < count; ++i) {
+    if (m_layout.elastic) {
+      addElasticTurning(state.axis(i), error.dot(state.axis(i)), m_layout.preload[i], rows);
+      continue;
+    }
     rows.addAngular(state.axis(i), -rows.getRate() * error.dot(state.axis(i)), -SIMD_INFINITY, SIMD_INFINITY);
   }
+}
+
+void JointConstraint::addElasticTurning(const btVector3& axis, double angle, double preload, Rows& rows) const {
+  const double dt = 1.0 / rows.getStepsPerSecond();
+  const double inverseInertia = axis.dot((m_rbA.getInvInertiaTensorWorld() + m_rbB.getInvInertiaTensorWorld()) * axis);
+  // The solver's iteration converges only while softness < inverse inertia; more damping keeps it there.
+  const double leastFactor = 1.0 / (0.8 * inverseInertia * dt);
+  const double factor = std::max(m_layout.turningDamping + dt * m_layout.turningStiffness, leastFactor);
+  // Source: Catto, Soft Constraints, GDC 2011: gamma = 1 / (h (d + h k)), bias = k C / (d + h k).
+  const double stretch = m_layout.turningStiffness * angle - preload;
+  rows.addSoftAngular(axis, -stretch / factor, 1.0 / (dt * factor), inverseInertia);
 }
 
 void JointConstraint::addSpring(const State& state, Rows& rows) {

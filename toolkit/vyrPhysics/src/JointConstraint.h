@@ -20,6 +20,10 @@ struct JointLayout {
   double stiffness = 0.0;
   double damping = 0.0;
   double steering = 0.0; ///< turns the second frame about its x axis, rad
+  bool elastic = false;  ///< a FIXED turning gives way like a spring
+  double turningStiffness = 0.0;
+  double turningDamping = 0.0;
+  btVector3 preload{0.0, 0.0, 0.0}; ///< torque on the first body at rest, along the axes of the second frame
 };
 
 /// The joint. Rows of the engine's system are J v = c with limits on the impulse; body A is the first body.
@@ -65,6 +69,7 @@ private:
   bool hasLimit() const;
   void addHeld(const State& state, Rows& rows) const;
   void addTurning(const State& state, Rows& rows) const;
+  void addElasticTurning(const btVector3& axis, double angle, double preload, Rows& rows) const;
   void addSpring(const State& state, Rows& rows);
   void addControl(const State& state, Rows& rows) const;
 

@@ -1,7 +1,9 @@
 /// A joint that makes two bodies one.
 #include <vyr/Lock.h>
 
+#include "BulletConvert.h"
 #include "ConstraintNative.h"
+#include "Validate.h"
 
 namespace vyr {
 
@@ -11,6 +13,29 @@ Lock::Lock(Frame* frame1, Frame* frame2)
 }
 
 Lock::~Lock() = default;
+
+bool Lock::setElasticity(double stiffness, double damping) {
+  if (!vyrPhysics::isPositive(stiffness, "stiffness of a lock") ||
+      !vyrPhysics::isNotNegative(damping, "damping of a lock")) {
+    return false;
+  }
+  m_native->layout.elastic = true;
+  m_native->layout.turningStiffness = stiffness;
+  m_native->layout.turningDamping = damping;
+  return true;
+}
+
+bool Lock::isElastic() const {
+  return m_native->layout.elastic;
+}
+
+bool Lock::setPreload(const Vec3& torque) {
+  if (!vyrPhysics::isFinite(torque, "preload of a lock")) {
+    return false;
+  }
+  m_native->layout.preload = vyrPhysics::toBullet(torque);
+  return true;
+}
 
 Lock* Lock::create(RigidBody* body1, RigidBody* body2) {
   const Vec3 position = body1 != nullptr ? body1->getCenterOfMass() : Vec3();
