@@ -51,8 +51,11 @@ private:
     const osg::StateAttribute* attribute = state.getAttribute(osg::StateAttribute::MATERIAL);
     if (!attribute || state.getUniform("vyr_useMaterial"))
       return;
+    // Said either way: what colours its vertices may stand below what does not.
     if (static_cast<const osg::Material*>(attribute)->getColorMode() == osg::Material::OFF)
       state.addUniform(DecoratorShaders::makeMaterialUniform().get());
+    else
+      state.addUniform(new osg::Uniform("vyr_useMaterial", false));
   }
 };
 

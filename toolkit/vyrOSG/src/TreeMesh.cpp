@@ -236,6 +236,10 @@ void TreeMesh::setLeafColor(const osg::Vec4& color) {
     crown.expandBy(vertex);
   const osg::Vec3 middle = crown.center();
   const osg::Vec3 half = (crown._max - crown._min) * 0.5f;
+  // Light shines through leaves: they are never black, not even in the shade.
+  auto* material = static_cast<osg::Material*>(m_leaves->getStateSet()->getAttribute(osg::StateAttribute::MATERIAL));
+  material->setEmission(osg::Material::FRONT_AND_BACK,
+                        osg::Vec4(0.24f * color.r(), 0.24f * color.g(), 0.20f * color.b(), 1));
   vyr::Random random(5);
   for (unsigned int i = 0; i + 3 < vertices->size(); i += 4) {
     // Leaves inside the crown and under it stand in the shade of the others.
@@ -243,7 +247,7 @@ void TreeMesh::setLeafColor(const osg::Vec4& color) {
     const osg::Vec3 relative(from.x() / std::max(half.x(), 1e-3f), from.y() / std::max(half.y(), 1e-3f),
                              from.z() / std::max(half.z(), 1e-3f));
     const double outside = std::min(1.0, double(relative.length()));
-    const double light = (0.5 + 0.4 * outside + 0.14 * relative.z()) * random.uniform(0.82, 1.18);
+    const double light = (0.62 + 0.55 * outside + 0.2 * relative.z()) * random.uniform(0.82, 1.18);
     const double warmth = random.uniform(-0.05, 0.10);
     const osg::Vec4 shade(float(std::clamp(color.r() * (light + 1.6 * warmth), 0.0, 1.0)),
                           float(std::clamp(color.g() * (light + 0.5 * warmth), 0.0, 1.0)),
@@ -296,7 +300,7 @@ void TreeMesh::follow(const vyrModel::Tree& tree, double time) {
     // The light falls on the crown as on a ball, with leaves as its grain.
     osg::Vec3 out = foot - middle;
     out.normalize();
-    osg::Vec3 lit = out + normal * 0.6f + osg::Vec3(0, 0, 0.3f);
+    osg::Vec3 lit = out + normal * 0.5f + osg::Vec3(0, 0, 0.6f);
     lit.normalize();
     for (unsigned int k = 0; k < 4; ++k)
       (*leafNormals)[4 * i + k] = lit;

@@ -9,12 +9,12 @@ struct TreeParameters {
   double trunkRadius = 0.13;  ///< at the ground
   int levels = 3;             ///< 1 to 4: trunk, boughs, branches, twigs
   int trunkSegments = 4;      ///< bodies that the trunk is made of; each level has half of the one before, at least one
-  int boughs = 9;             ///< that leave the trunk
-  int branches = 4;           ///< that leave each bough, and that leave each branch
+  int boughs = 12;            ///< that leave the trunk
+  int branches = 5;           ///< that leave each bough, and that leave each branch
   double spread = 1.0;        ///< angle between a limb and what grows out of it, rad
   double lengthRatio = 0.5;   ///< length of a limb over that of the limb that it grows out of
-  double leavesPerMeter = 22; ///< sprays of leaves on the outermost limbs
-  double leafSize = 0.34;     ///< edge length of a spray
+  double leavesPerMeter = 40; ///< sprays of leaves on the outermost limbs
+  double leafSize = 0.30;     ///< edge length of a spray
   double density = 850.0;     ///< of the wood, kg/m^3
   double stiffness = 2.0e9;   ///< Young's modulus of the wood, Pa
   double strength = 5.0e7;    ///< bending stress at which a limb breaks, Pa
