@@ -88,6 +88,11 @@ void addConstraints(vyrSDK::Simulation& simulation) {
   simulation.add(rail);
   vyr::RigidBody* rider = scene::body(new vyrCollide::Box(0.1, 0.1, 0.1), vyr::Vec3(5.0, 20.0, 5.3));
   simulation.add(vyr::Lock::create(rider, slider));
+  vyr::RigidBody* twig = scene::body(new vyrCollide::Box(0.5, 0.05, 0.05), vyr::Vec3(0.5, 25.0, 5.0));
+  vyr::Lock* joint = vyr::Lock::create(twig, nullptr);
+  joint->setElasticity(80.0, 0.5);
+  joint->setPreload(vyr::Vec3(0.0, -3.0, 0.5));
+  simulation.add(joint);
 }
 
 /// Writes, reads into a new simulation, and lets both go on.
@@ -123,7 +128,7 @@ TEST(SceneFile, ConstraintsGoOnInEveryBit) {
   vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
   addConstraints(*simulation);
   simulation->stepTo(2.0);
-  ASSERT_EQ(simulation->getConstraints().size(), 5u);
+  ASSERT_EQ(simulation->getConstraints().size(), 6u);
   expectSameFuture(*simulation, 240);
 }
 

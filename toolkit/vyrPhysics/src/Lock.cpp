@@ -29,6 +29,18 @@ bool Lock::isElastic() const {
   return m_native->layout.elastic;
 }
 
+double Lock::getStiffness() const {
+  return m_native->layout.turningStiffness;
+}
+
+double Lock::getDamping() const {
+  return m_native->layout.turningDamping;
+}
+
+Vec3 Lock::getPreload() const {
+  return vyrPhysics::fromBullet(m_native->layout.preload);
+}
+
 bool Lock::setPreload(const Vec3& torque) {
   if (!vyrPhysics::isFinite(torque, "preload of a lock")) {
     return false;

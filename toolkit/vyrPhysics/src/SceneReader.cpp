@@ -213,6 +213,13 @@ void SceneReader::readConstraint(const Json& json) {
                 suspension->setSteeringAngle(part.at("steering").get<double>()),
             "a suspension");
   }
+  auto* lock = dynamic_cast<vyr::Lock*>(&constraint);
+  if (lock != nullptr && json.contains("elastic")) {
+    const Json& part = json.at("elastic");
+    require(lock->setElasticity(part.at("stiffness").get<double>(), part.at("damping").get<double>()) &&
+                lock->setPreload(toVec3(part.at("preload"))),
+            "an elastic lock");
+  }
 }
 
 void SceneReader::readParticles(const Json& json) {

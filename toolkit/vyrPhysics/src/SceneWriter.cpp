@@ -207,6 +207,11 @@ void SceneWriter::addConstraint(const vyr::Constraint& constraint) {
                           {"lastSpeed", memory.speed},
                           {"lastForce", memory.force}};
   }
+  const auto* lock = dynamic_cast<const vyr::Lock*>(&constraint);
+  if (lock != nullptr && lock->isElastic()) {
+    json["elastic"] = {
+        {"stiffness", lock->getStiffness()}, {"damping", lock->getDamping()}, {"preload", toJson(lock->getPreload())}};
+  }
   m_constraints.emplace(&constraint, static_cast<int>(m_constraints.size()));
   m_json["constraints"].push_back(json);
 }

@@ -21,10 +21,14 @@ public:
   /// MULTI solver turns the joint back to rest at its own rate.
   bool setElasticity(double stiffness, double damping);
   bool isElastic() const;
+  /// 0 without elasticity.
+  double getStiffness() const;
+  double getDamping() const;
 
   /// Torque in N m, along the axes of the second frame, that an elastic joint puts on the first body at rest.
   /// Default: 0. Refused with one error message when it is not finite.
   bool setPreload(const Vec3& torque);
+  Vec3 getPreload() const;
 
 protected:
   ~Lock() override;
