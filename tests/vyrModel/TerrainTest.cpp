@@ -69,6 +69,35 @@ TEST(Terrain, CountsItsChangesByRows) {
   EXPECT_EQ(terrain->getRowRevision(0), 0u);
 }
 
+TEST(Terrain, ShowsThePressureThatCarriesTheLoad) {
+  /// Remembers what it was to show.
+  class Probe : public vyrModel::PressureFieldRenderer {
+  public:
+    void update(const vyrModel::PressureField& field) override { m_field = field; }
+    vyrModel::PressureField m_field;
+  };
+  vyr::ref_ptr<vyrSDK::Simulation> simulation(new vyrSDK::Simulation);
+  vyr::ref_ptr<vyrModel::Terrain> terrain(new vyrModel::Terrain(41, 41, 4, 4, flat(41 * 41)));
+  vyr::ref_ptr<Probe> probe(new Probe);
+  terrain->setTransform(vyr::AffineMatrix4x4::translate(5, 0, 0));
+  terrain->setPressureRenderer(probe.get());
+  EXPECT_EQ(terrain->getPressureRenderer(), probe.get());
+  simulation->add(terrain.get());
+  simulation->step();
+  EXPECT_TRUE(probe->m_field.empty());
+  addBox(*simulation, 500, Vec3(5, 0, 0.3));
+  simulation->stepTo(3);
+  double force = 0;
+  for (const vyrModel::PressureSample& sample : probe->m_field) {
+    EXPECT_LT(std::abs(sample.position.x() - 5), 0.5);
+    EXPECT_EQ(sample.normal, Vec3(0, 0, 1));
+    force += sample.pressure * 0.1 * 0.1;
+  }
+  EXPECT_NEAR(force, 500 * 9.80665, 0.05 * 500 * 9.80665);
+  terrain->setPressureRenderer(nullptr);
+  EXPECT_EQ(probe->getReferenceCount(), 1);
+}
+
 TEST(Terrain, LeavesWithItsGeometry) {
   vyr::ref_ptr<vyrSDK::Simulation> simulation(new vyrSDK::Simulation);
   vyr::ref_ptr<vyrModel::Terrain> terrain(new vyrModel::Terrain(5, 5, 4, 4, flat(25)));

@@ -87,6 +87,24 @@ void Terrain::simulationChanged(vyrSDK::Simulation* simulation) {
   m_simulation = simulation;
 }
 
+void Terrain::setPressureRenderer(PressureFieldRenderer* renderer) {
+  m_pressureRenderer = renderer;
+}
+
+void Terrain::showPressures() const {
+  if (!m_pressureRenderer) {
+    return;
+  }
+  const vyr::AffineMatrix4x4 toWorld = m_geometry->getTransform();
+  const vyr::Vec3 up = toWorld.transform3x3(vyr::Vec3(0, 0, 1));
+  PressureField field;
+  for (const auto& [index, pressure] : m_pressures) {
+    const std::size_t columns = m_field->getNumColumns();
+    field.push_back({m_field->getVertex(index % columns, index / columns) * toWorld, up, pressure});
+  }
+  m_pressureRenderer->update(field);
+}
+
 void Terrain::post(const vyr::TimeStamp&) {
   if (!isValid() || !m_simulation) {
     return;
@@ -109,6 +127,7 @@ void Terrain::post(const vyr::TimeStamp&) {
     pressures.push_back(entry->second);
     ++entry;
   }
+  showPressures();
   m_soil->press(indices, pressures, m_simulation->getTimeStep());
   m_soil->slide(m_floors, kSlideRounds);
   const std::vector<std::size_t> changed = m_soil->takeChanged();

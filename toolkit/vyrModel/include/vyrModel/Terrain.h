@@ -6,6 +6,7 @@
 #include <vyr/ref_ptr.h>
 #include <vyrCollide/Geometry.h>
 #include <vyrCollide/HeightField.h>
+#include <vyrModel/PressureFieldRenderer.h>
 #include <vyrModel/SoilColumns.h>
 #include <vyrModel/export.h>
 #include <vyrSDK/Simulation.h>
@@ -53,6 +54,11 @@ public:
   /// The revision of the last change in a row; drawings skip the rows that they know.
   std::uint64_t getRowRevision(std::size_t row) const { return m_rowRevisions[row]; }
 
+  /// Shows the pressure on the soil with a renderer (*retains*), after each step. Nullable: null ends that.
+  void setPressureRenderer(PressureFieldRenderer* renderer);
+  /// *returns inner*. Nullable.
+  PressureFieldRenderer* getPressureRenderer() const { return m_pressureRenderer.get(); }
+
   void post(const vyr::TimeStamp& time) override;
   void simulationChanged(vyrSDK::Simulation* simulation) override;
 
@@ -61,6 +67,7 @@ protected:
 
 private:
   bool isInside(std::size_t column, std::size_t row) const;
+  void showPressures() const;
 
   Soil m_parameters;
   vyr::ref_ptr<vyrCollide::HeightField> m_field;
@@ -68,6 +75,7 @@ private:
   std::unique_ptr<SoilColumns> m_soil;
   std::vector<double> m_floors;
   std::map<std::size_t, double> m_pressures; ///< of the loaded samples, averaged over time, in Pa
+  vyr::ref_ptr<PressureFieldRenderer> m_pressureRenderer;
   std::vector<std::uint64_t> m_rowRevisions;
   std::uint64_t m_revision = 0;
   vyr::observer_ptr<vyrSDK::Simulation> m_simulation;
