@@ -244,6 +244,21 @@ TEST(Simulation, RaysMeetTheNearestGeometry) {
   EXPECT_EQ(hit.geometry, ground);
 }
 
+TEST(Simulation, LongRaysAreAsExactAsShortOnes) {
+  vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
+  vyr::ref_ptr<vyr::RigidBody> body = new vyr::RigidBody("crate");
+  body->add(new vyrCollide::Geometry(new vyrCollide::Box(vyr::Vec3(0.7, 0.7, 0.7))));
+  body->setRotation(vyr::Quat(0.4, vyr::Vec3(0.0, 0.0, 1.0)));
+  simulation->add(body.get());
+  const vyr::Vec3 level(0.0, 1.0, 0.0);
+  for (const double length : {20.0, 1.0e3, 1.0e5}) {
+    const vyrSDK::RayHit hit = simulation->rayTest(vyr::Vec3(0.0, -10.0, 0.695), level, length);
+    ASSERT_TRUE(hit.hit) << length;
+    EXPECT_NEAR(hit.distance, 10.0 - 0.7 / std::cos(0.4), 1e-3) << length;
+    EXPECT_FALSE(simulation->rayTest(vyr::Vec3(0.0, -10.0, 0.705), level, length).hit) << length;
+  }
+}
+
 TEST(Simulation, GuiEventsStopAtTheListenerThatUsesThem) {
   vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
   vyr::ref_ptr<Gui> first = new Gui(false);

@@ -7,6 +7,7 @@
 #include "RigidBodyNative.h"
 #include "SimulationNative.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace vyrSDK {
@@ -16,6 +17,9 @@ using vyrPhysics::toBullet;
 
 namespace {
 
+/// The piece of a ray that a shape is tested with, in radii of its bounding sphere to either side.
+constexpr double kRoom = 1.1;
+
 using NearestOfOne = btCollisionWorld::ClosestRayResultCallback;
 
 /// Tests every geometry of the objects whose boxes the ray crosses.
@@ -23,13 +27,14 @@ class RayTester : public btBroadphaseRayCallback {
 public:
   RayTester(const btVector3& from, const btVector3& to)
       : m_from(from)
-      , m_to(to) {
-    const btVector3 direction = (to - from).normalized();
+      , m_length((to - from).length())
+      , m_direction((to - from) / m_length) {
+    const btVector3& direction = m_direction;
     for (int axis = 0; axis < 3; ++axis) {
       m_rayDirectionInverse[axis] = direction[axis] == 0.0 ? BT_LARGE_FLOAT : 1.0 / direction[axis];
       m_signs[axis] = m_rayDirectionInverse[axis] < 0.0 ? 1U : 0U;
     }
-    m_lambda_max = direction.dot(to - from);
+    m_lambda_max = m_length;
   }
 
   bool process(const btBroadphaseProxy* proxy) override {
@@ -53,20 +58,34 @@ private:
     if (candidate->isSensor() || !candidate->getEnableCollisions()) {
       return;
     }
-    NearestOfOne nearest(m_from, m_to);
-    nearest.m_closestHitFraction = fraction;
-    btCollisionWorld::rayTestSingle(
-        btTransform(btMatrix3x3::getIdentity(), m_from), btTransform(btMatrix3x3::getIdentity(), m_to), object,
-        candidate->getNative()->instance->getShape(), toBullet(candidate->getTransform()), nearest);
+    // Only the piece of the ray beside the shape: the test is exact to a share of what it is given, and a ray to the
+    // horizon would hit a box a hand's breadth away from it.
+    btCollisionShape* shape = candidate->getNative()->instance->getShape();
+    const btTransform place = toBullet(candidate->getTransform());
+    btVector3 center;
+    btScalar radius = 0.0;
+    shape->getBoundingSphere(center, radius);
+    const btScalar along = m_direction.dot(place * center - m_from);
+    const btScalar begin = std::max(along - kRoom * radius, 0.0);
+    const btScalar end = std::min(along + kRoom * radius, fraction * m_length);
+    if (!(begin < end)) {
+      return;
+    }
+    const btVector3 from = m_from + begin * m_direction;
+    const btVector3 to = m_from + end * m_direction;
+    NearestOfOne nearest(from, to);
+    btCollisionWorld::rayTestSingle(btTransform(btMatrix3x3::getIdentity(), from),
+                                    btTransform(btMatrix3x3::getIdentity(), to), object, shape, place, nearest);
     if (nearest.hasHit()) {
-      fraction = nearest.m_closestHitFraction;
+      fraction = (begin + nearest.m_closestHitFraction * (end - begin)) / m_length;
       normal = nearest.m_hitNormalWorld;
       geometry = candidate;
     }
   }
 
   btVector3 m_from;
-  btVector3 m_to;
+  btScalar m_length;
+  btVector3 m_direction;
 };
 
 } // namespace
