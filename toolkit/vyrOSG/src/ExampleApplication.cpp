@@ -142,6 +142,13 @@ bool ExampleApplication::readArguments() {
     m_parts->journalSession = "session";
     arguments.read("--journal-session", m_parts->journalSession);
     m_parts->playAtStart = arguments.readFlag("--journal-playback");
+    int format = JOURNAL_FULL;
+    if (arguments.has("--journal-format") &&
+        (!arguments.read("--journal-format", format) || (format != JOURNAL_FULL && format != JOURNAL_COMPACT))) {
+      VYR_NOTIFY(vyr::NOTIFY_ERROR) << "option --journal-format is 0, full, or 1, compact";
+      return false;
+    }
+    setJournalFormat(static_cast<std::size_t>(format));
     if (arguments.readFlag("--journal-record") && !journalRecord(m_parts->journalFile, m_parts->journalSession))
       return false;
   }

@@ -204,6 +204,7 @@ std::vector<std::string> Journal::listSessions(const std::string& file) {
 
 JournalPlayer::JournalPlayer()
     : m_session(0)
+    , m_nextStep(0)
     , m_format(0) {}
 
 JournalPlayer::~JournalPlayer() = default;
@@ -231,7 +232,7 @@ bool JournalPlayer::open(const std::string& file, const std::string& session) {
   }
   m_session = sqlite3_column_int64(find.get(), 0);
   m_format = sqlite3_column_int(find.get(), 1);
-  m_readStep = prepare(m_database.get(), "SELECT id, time, number FROM step WHERE session = ?1 ORDER BY id");
+  m_readStep = prepare(m_database.get(), "SELECT time, number FROM step WHERE session = ?1 AND id = ?2");
   m_readPoses =
       prepare(m_database.get(), "SELECT body, state FROM pose WHERE session = ?1 AND step = ?2 ORDER BY body");
   if (!m_readStep || !m_readPoses || !readBodies()) {
@@ -241,6 +242,7 @@ bool JournalPlayer::open(const std::string& file, const std::string& session) {
   }
   sqlite3_bind_int64(m_readStep.get(), 1, m_session);
   sqlite3_bind_int64(m_readPoses.get(), 1, m_session);
+  m_nextStep = 0;
   return true;
 }
 
@@ -255,10 +257,18 @@ bool JournalPlayer::readBodies() {
 }
 
 bool JournalPlayer::next(vyrSDK::Simulation& simulation) {
-  if (!m_database || sqlite3_step(m_readStep.get()) != SQLITE_ROW)
+  if (!m_database)
+    return false;
+  sqlite3_bind_int64(m_readStep.get(), 2, m_nextStep);
+  const bool found = sqlite3_step(m_readStep.get()) == SQLITE_ROW;
+  const double time = sqlite3_column_double(m_readStep.get(), 0);
+  const uint64_t number = static_cast<uint64_t>(sqlite3_column_int64(m_readStep.get(), 1));
+  // A statement left open between steps would keep the file locked against other recordings.
+  sqlite3_reset(m_readStep.get());
+  if (!found)
     return false;
   sqlite3_reset(m_readPoses.get());
-  sqlite3_bind_int64(m_readPoses.get(), 2, sqlite3_column_int64(m_readStep.get(), 0));
+  sqlite3_bind_int64(m_readPoses.get(), 2, m_nextStep++);
   const std::vector<vyr::ref_ptr<vyr::RigidBody>>& bodies = simulation.getRigidBodies();
   while (sqlite3_step(m_readPoses.get()) == SQLITE_ROW) {
     const long long index = sqlite3_column_int64(m_readPoses.get(), 0);
@@ -281,8 +291,7 @@ bool JournalPlayer::next(vyrSDK::Simulation& simulation) {
     }
     writeState(*bodies[static_cast<std::size_t>(index)], numbers);
   }
-  simulation.setTime(sqlite3_column_double(m_readStep.get(), 1),
-                     static_cast<uint64_t>(sqlite3_column_int64(m_readStep.get(), 2)));
+  simulation.setTime(time, number);
   return true;
 }
 

@@ -88,6 +88,7 @@ private:
   JournalStatement m_readStep;
   JournalStatement m_readPoses;
   long long m_session;
+  long long m_nextStep;
   int m_format;
   std::map<long long, std::string> m_names;
 };
