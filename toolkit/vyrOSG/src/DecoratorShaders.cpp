@@ -74,12 +74,14 @@ float litShare()
   vec4 place = gl_TexCoord[7];
   if (place.w <= 0.0)
     return 1.0;
+  // The map's share of a metre: a lamp's map shrinks with the distance to the lamp, a sun's does not.
+  float scale = length(gl_EyePlaneS[7].xyz) / place.w;
   place /= place.w;
   if (any(lessThan(place.xyz, vec3(0.0))) || any(greaterThan(place.xy, vec2(1.0))))
     return 1.0;
   // The map reaches as far as the casters do; what lies behind all of them is compared with its far end.
   place.z = min(place.z, 1.0);
-  float spacing = max(SPACING * vyr_shadowTexel, SOFTNESS * length(vyr_position) * length(gl_EyePlaneS[7].xyz));
+  float spacing = max(SPACING * vyr_shadowTexel, SOFTNESS * length(vyr_position) * scale);
   vec2 right = normalize(vec2(float(TAPS), 1.0)) * spacing;
   vec2 up = vec2(-right.y, right.x);
   float sum = 0.0;

@@ -13,6 +13,8 @@
 #include <osgShadow/ParallelSplitShadowMap>
 #include <osgShadow/ShadowMap>
 #include <osgShadow/ShadowTexture>
+#include <osgUtil/CullVisitor>
+#include <osgUtil/RenderStage>
 
 #include <sstream>
 #include <string>
@@ -59,6 +61,25 @@ private:
   }
 };
 
+/// A technique under cameras that are nested in the main one, as those that draw into textures. The library's
+/// techniques look for the light, and leave their texture coordinates, in the main camera's stage: here each camera has
+/// its own.
+template <typename Technique>
+class NestedTechnique : public Technique {
+public:
+  using Technique::Technique;
+
+  void cull(osgUtil::CullVisitor& visitor) override {
+    const osg::ref_ptr<osgUtil::RenderStage> root = visitor.getRenderStage();
+    osgUtil::RenderBin* bin = visitor.getCurrentRenderBin();
+    visitor.setRenderStage(bin->getStage());
+    visitor.setCurrentRenderBin(bin);
+    Technique::cull(visitor);
+    visitor.setRenderStage(root.get());
+    visitor.setCurrentRenderBin(bin);
+  }
+};
+
 /// What is left of the light in the shadows of techniques that darken finished colours.
 constexpr float kShadowShare = 0.52f;
 
@@ -87,7 +108,7 @@ public:
 };
 
 /// Keeps the projected shadows from being black.
-class SoftenedShadowTexture : public osgShadow::ShadowTexture {
+class SoftenedShadowTexture : public NestedTechnique<osgShadow::ShadowTexture> {
 public:
   void init() override {
     osgShadow::ShadowTexture::init();
@@ -153,7 +174,8 @@ void DecoratorShadows::apply(SceneDecorator::ShadowMethod method, osg::LightSour
     applyShadowMap(ShadowFilter::CRISP, 4096, light);
     break;
   case SceneDecorator::PARALLELLSPLIT_SHADOWMAP: {
-    osg::ref_ptr<osgShadow::ParallelSplitShadowMap> technique = new osgShadow::ParallelSplitShadowMap(nullptr, 3);
+    osg::ref_ptr<osgShadow::ParallelSplitShadowMap> technique =
+        new NestedTechnique<osgShadow::ParallelSplitShadowMap>(nullptr, 3);
     technique->setTextureResolution(2048);
     technique->setFragmentShaderGenerator(new SplitShader);
     technique->setUserLight(light->getLight());
@@ -174,7 +196,7 @@ void DecoratorShadows::apply(SceneDecorator::ShadowMethod method, osg::LightSour
 
 void DecoratorShadows::applyShadowMap(ShadowFilter filter, int resolution, osg::LightSource* light) {
   m_mapped = true;
-  osg::ref_ptr<osgShadow::ShadowMap> technique = new osgShadow::ShadowMap;
+  osg::ref_ptr<osgShadow::ShadowMap> technique = new NestedTechnique<osgShadow::ShadowMap>;
   technique->setTextureUnit(DecoratorShaders::kShadowUnit);
   technique->setTextureSize(osg::Vec2s(static_cast<short>(resolution), static_cast<short>(resolution)));
   technique->setLight(light);
