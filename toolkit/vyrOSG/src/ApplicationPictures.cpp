@@ -21,6 +21,12 @@ namespace {
 constexpr double kReached = 1.0e-9;
 constexpr double kFieldOfView = 40.0;
 
+bool isAnyCapturing(const std::vector<vyr::ref_ptr<RenderToTexture>>& targets) {
+  return std::any_of(targets.begin(), targets.end(), [](const vyr::ref_ptr<RenderToTexture>& target) {
+    return target->getImageCapture() && target->getImageCapture()->getCaptureStarted();
+  });
+}
+
 } // namespace
 
 bool ExampleApplication::setupViewer(bool createWindow, bool realize) {
@@ -98,8 +104,8 @@ void ExampleApplication::drawFrame() {
   if (m_parts->recorder)
     m_parts->recorder->preFrame(time, m_parts->grabber);
   m_imageCapture->preFrame(m_parts->captureSynced ? time : m_parts->clock.time_s(), m_parts->grabber);
-  // Textures may be asked for at any time, so frames that draw into them are never left out.
-  if (!windowed && !m_parts->grabber->isRequested() && m_parts->targets.empty())
+  // A texture is drawn in the same frame as what shows it: only a recorder of its own needs frames beyond these.
+  if (!windowed && !m_parts->grabber->isRequested() && !isAnyCapturing(m_parts->targets))
     return;
   drawAndGrab();
   if (m_parts->recorder && !m_parts->recorder->postFrame(m_parts->grabber))
@@ -111,15 +117,14 @@ void ExampleApplication::drawFrame() {
 bool ExampleApplication::isCapturingInLockStep() const {
   if (m_parts->captureSynced && m_imageCapture->getCaptureStarted())
     return true;
-  return std::any_of(m_parts->targets.begin(), m_parts->targets.end(), [](const vyr::ref_ptr<RenderToTexture>& target) {
-    return target->getImageCapture() && target->getImageCapture()->getCaptureStarted();
-  });
+  return isAnyCapturing(m_parts->targets);
 }
 
 bool ExampleApplication::drawAndGrab() {
   const double time = getTimeStamp();
-  m_simulation->updateGui(m_parts->pointerX, m_parts->pointerY);
+  // The view first: listeners see the camera of this frame, and may still move it.
   updateView();
+  m_simulation->updateGui(m_parts->pointerX, m_parts->pointerY);
   if (m_parts->debugRenderer.getEnable())
     m_parts->debugRenderer.update(*m_simulation);
   for (const vyr::ref_ptr<RenderToTexture>& target : m_parts->targets)
