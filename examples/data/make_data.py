@@ -110,6 +110,18 @@ def write_obj(name, comment, material, vertices, faces):
             file.write("f " + " ".join(str(i + 1) for i in face) + "\n")
 
 
+def make_logo(size):
+    """A white ring with three dots in it on a blue ground."""
+    def color(x, y):
+        u, v = 2 * x - 1, 2 * y - 1
+        cover = lambda inside: max(0.0, min(1.0, 0.5 + inside * size / 2))
+        white = cover(0.06 - abs(math.hypot(u, v) - 0.76))
+        for turn in (0, 2 * math.pi / 3, 4 * math.pi / 3):
+            white = max(white, cover(0.18 - math.hypot(u - 0.38 * math.sin(turn), v + 0.38 * math.cos(turn))))
+        return tuple(c + (1 - c) * white for c in (0.14, 0.36, 0.55))
+    write_png("logo.png", size, color)
+
+
 def make_bowl(rings, sectors):
     """A round bowl of 3 m radius: the lower part of a ball, with a wall 0.15 m thick."""
     vertices, faces = [], []
@@ -163,5 +175,6 @@ if __name__ == "__main__":
     make_bricks(256)
     make_wood(256)
     make_tiles(256)
+    make_logo(192)
     make_bowl(12, 40)
     make_gem(8)

@@ -1,9 +1,10 @@
 /// Compares a rendered picture with its golden image and writes a difference image when they do not agree.
 //
-//   compareImages <golden.png> <rendered.png> <difference.png> <largest mean> <largest share>
+//   compareImages <golden.png> <rendered.png> <difference.png> <largest mean> <largest share> [largest level]
 //
 // Mean: the average difference of a channel, 0 to 255. Share: the part of the pixels, 0 to 1, of which some channel
-// differs by more than kVisible. Exit status: 0 agreed, 1 different, 2 unreadable.
+// differs by more than kVisible. Level: the largest difference of any channel of any pixel, 255 unless given. Exit
+// status: 0 agreed, 1 different, 2 unreadable.
 #include <osg/Image>
 #include <osgDB/ReadFile>
 #include <osgDB/WriteFile>
@@ -26,8 +27,9 @@ int level(const osg::Vec4& color, int channel) {
 } // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 6) {
-    std::cerr << "usage: compareImages <golden> <rendered> <difference> <largest mean> <largest share>\n";
+  if (argc != 6 && argc != 7) {
+    std::cerr << "usage: compareImages <golden> <rendered> <difference> <largest mean> <largest share> "
+                 "[largest level]\n";
     return 2;
   }
   const osg::ref_ptr<osg::Image> golden = osgDB::readRefImageFile(argv[1]);
@@ -46,6 +48,7 @@ int main(int argc, char** argv) {
   difference->allocateImage(golden->s(), golden->t(), 1, GL_RGB, GL_UNSIGNED_BYTE);
   double sum = 0.0;
   long visible = 0;
+  int worst = 0;
   for (int y = 0; y < golden->t(); ++y) {
     for (int x = 0; x < golden->s(); ++x) {
       const osg::Vec4 a = golden->getColor(static_cast<unsigned>(x), static_cast<unsigned>(y));
@@ -58,15 +61,17 @@ int main(int argc, char** argv) {
         largest = std::max(largest, d);
         out[channel] = static_cast<unsigned char>(std::min(255, 4 * d)); // brightened: small differences must show
       }
+      worst = std::max(worst, largest);
       visible += largest > kVisible ? 1 : 0;
     }
   }
   const double pixels = static_cast<double>(golden->s()) * golden->t();
+  const int allowed = argc == 7 ? std::atoi(argv[6]) : 255;
   const double mean = sum / (3.0 * pixels);
   const double share = static_cast<double>(visible) / pixels;
   std::cout << "mean difference " << mean << " (allowed " << argv[4] << "), share of visible pixels " << share
-            << " (allowed " << argv[5] << ")\n";
-  if (mean <= std::atof(argv[4]) && share <= std::atof(argv[5])) {
+            << " (allowed " << argv[5] << "), largest difference " << worst << " (allowed " << allowed << ")\n";
+  if (worst <= allowed && mean <= std::atof(argv[4]) && share <= std::atof(argv[5])) {
     return 0;
   }
   osgDB::writeImageFile(*difference, argv[3]);

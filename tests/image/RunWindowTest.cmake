@@ -1,0 +1,26 @@
+# Takes the same frame in a window of a virtual display and without a display, and compares them pixel by pixel.
+#   cmake -DVYR=<program> -DCOMPARE=<program> -DSCRIPT=<file> -DOUT=<folder> -P RunWindowTest.cmake
+# Without Xvfb it says so and compares nothing.
+find_program(XVFB_RUN xvfb-run)
+find_program(XVFB Xvfb)
+if(NOT XVFB_RUN OR NOT XVFB)
+  message("skipped: Xvfb is not installed, there is no display to open a window on")
+  return()
+endif()
+file(MAKE_DIRECTORY ${OUT})
+foreach(kind window egl)
+  file(REMOVE ${OUT}/frame-${kind}.png)
+  set(command ${VYR} --gl=${kind} --size 640x360 --seed 1 --duration 1 --shot t=1:${OUT}/frame-${kind}.png ${SCRIPT})
+  if(kind STREQUAL window)
+    list(PREPEND command ${XVFB_RUN} -a -s "-screen 0 1280x1024x24")
+  endif()
+  execute_process(COMMAND ${command} WORKING_DIRECTORY ${OUT} RESULT_VARIABLE status)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${SCRIPT} with --gl=${kind} ended with ${status}")
+  endif()
+endforeach()
+execute_process(COMMAND ${COMPARE} ${OUT}/frame-window.png ${OUT}/frame-egl.png ${OUT}/frame-difference.png 1 0.01 2
+                RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "the window's picture differs from the one without a display")
+endif()
