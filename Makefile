@@ -1,6 +1,6 @@
 # The commands of everyday work; each one installs and builds what it needs first.
 
-.PHONY: setup build run test sanitize-build sanitize bench format tidy manifests clean
+.PHONY: setup build run test sanitize-build sanitize tsan coverage bench format tidy manifests clean
 
 JOBS ?= $(shell nproc)
 
@@ -28,6 +28,17 @@ sanitize-build: setup
 sanitize: sanitize-build
 	ctest --test-dir build-asan --output-on-failure -j $(JOBS)
 
+# The reference counts and observers of the core library under ThreadSanitizer.
+tsan: setup
+	@mkdir -p build-tsan
+	@cmake --preset tsan >build-tsan/configure.log 2>&1 || { cat build-tsan/configure.log; exit 1; }
+	cmake --build build-tsan -j $(JOBS) --target test_vyrCore
+	build-tsan/tests/test_vyrCore
+
+# The share of lines that the tests execute, in binding/, plugin/ and toolkit/vyrLua.
+coverage: setup
+	@scripts/coverage.sh
+
 bench: build
 	@scripts/bench.sh
 
@@ -42,4 +53,4 @@ manifests: build
 	cmake --build build --target manifests
 
 clean:
-	rm -rf build build-asan build-dev
+	rm -rf build build-asan build-coverage build-dev build-tsan

@@ -5,6 +5,7 @@
 
 #include <osg/DeleteHandler>
 #include <osg/Referenced>
+#include <osgDB/Registry>
 
 #include <cstdlib>
 #include <mutex>
@@ -70,6 +71,8 @@ void installSceneDeleteHandler(const std::shared_ptr<vyrLua::ObjectRetirer>& ret
 } // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
 
 void removeSceneDeleteHandler() {
+  // Files of some formats are read as viewers, which must not outlive the viewer library's own statics.
+  osgDB::Registry::instance()->clearObjectCache();
   osg::Referenced::setDeleteHandler(nullptr);
 }
 

@@ -3,6 +3,8 @@
 
 #include <vyr/Referenced.h>
 
+#include <atomic>
+
 class CountedObject : public vyr::Referenced {
 public:
   CountedObject() { ++alive; }
@@ -12,7 +14,7 @@ public:
   }
   CountedObject& operator=(const CountedObject&) = default;
 
-  static inline int alive = 0;
+  static inline std::atomic<int> alive{0};
 
 protected:
   ~CountedObject() override { --alive; }

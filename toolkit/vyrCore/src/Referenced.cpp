@@ -12,13 +12,19 @@ namespace {
 /// The process-wide delete handler; null means plain delete.
 DeleteHandler* g_deleteHandler = nullptr;
 
-/// Guards the creation of observer sets, which happens once an object.
-SpinLock g_creationLock;
+/// Guards every observer set and every observer's view of its object: an object may die on one thread while its
+/// observer lets go on another, and neither may then touch the other. Recursive, because an observer that hears of a
+/// death may let go of other objects. Never destroyed: objects of static life may die after everything else.
+std::recursive_mutex& observerLock() {
+  static auto* const lock = new std::recursive_mutex;
+  return *lock;
+}
+
+using Guard = std::lock_guard<std::recursive_mutex>;
 
 } // namespace
 
 struct Referenced::ObserverSet {
-  SpinLock lock;
   std::vector<Observer*> observers;
 };
 
@@ -45,39 +51,44 @@ void Referenced::unref() const {
   }
 }
 
-Referenced::ObserverSet* Referenced::observers() const {
-  std::lock_guard<SpinLock> guard(g_creationLock);
+void Referenced::addObserver(Observer* observer) const {
+  const Guard guard(observerLock());
   if (m_observers == nullptr) {
     m_observers = new ObserverSet;
   }
-  return m_observers;
-}
-
-void Referenced::addObserver(Observer* observer) const {
-  ObserverSet* set = observers();
-  std::lock_guard<SpinLock> guard(set->lock);
-  set->observers.push_back(observer);
+  m_observers->observers.push_back(observer);
 }
 
 void Referenced::removeObserver(Observer* observer) const {
-  ObserverSet* set = observers();
-  std::lock_guard<SpinLock> guard(set->lock);
-  const auto found = std::find(set->observers.begin(), set->observers.end(), observer);
-  if (found != set->observers.end()) {
-    set->observers.erase(found);
-  }
-}
-
-void Referenced::notifyObservers() const {
+  const Guard guard(observerLock());
   if (m_observers == nullptr) {
     return;
   }
-  std::vector<Observer*> leaving;
-  {
-    std::lock_guard<SpinLock> guard(m_observers->lock);
-    leaving.swap(m_observers->observers);
+  std::vector<Observer*>& observers = m_observers->observers;
+  const auto found = std::find(observers.begin(), observers.end(), observer);
+  if (found != observers.end()) {
+    observers.erase(found);
   }
-  for (Observer* observer : leaving) {
+}
+
+void Referenced::lockObservers() {
+  observerLock().lock();
+}
+
+void Referenced::unlockObservers() {
+  observerLock().unlock();
+}
+
+void Referenced::notifyObservers() const {
+  const Guard guard(observerLock());
+  if (m_observers == nullptr) {
+    return;
+  }
+  // One by one: an observer that hears of the death may take others along.
+  std::vector<Observer*>& observers = m_observers->observers;
+  while (!observers.empty()) {
+    Observer* const observer = observers.back();
+    observers.pop_back();
     observer->objectDeleted(const_cast<Referenced*>(this));
   }
 }

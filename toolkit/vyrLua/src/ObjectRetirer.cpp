@@ -15,6 +15,7 @@ namespace {
 constexpr const char* kThread = "vyr.retirer";        // the stack that the retirer works on
 constexpr const char* kBoxes = "vyr.retirer.boxes";   // the runtime's tables address -> userdata, 1..n
 constexpr const char* kDeleted = "vyr.retirer.types"; // type name -> metatable of its retired userdata
+constexpr const char* kFunction = "vyr.retirer.function";
 /// The runtime's own key for such a table.
 constexpr const char* kUbox = "tolua_ubox";
 
@@ -87,6 +88,8 @@ ObjectRetirer::ObjectRetirer(lua_State* state)
   lua_setfield(state, LUA_REGISTRYINDEX, kThread);
   lua_newtable(m_state);
   lua_setfield(m_state, LUA_REGISTRYINDEX, kDeleted);
+  lua_pushcfunction(m_state, &retireProtected);
+  lua_setfield(m_state, LUA_REGISTRYINDEX, kFunction);
   refresh();
   vyr::Referenced::setDeleteHandler(this);
 }
@@ -134,39 +137,45 @@ void ObjectRetirer::refresh() {
   lua_setfield(m_state, LUA_REGISTRYINDEX, kBoxes);
 }
 
-bool ObjectRetirer::retireIn(int boxesIndex, const void* address) {
-  lua_pushlightuserdata(m_state, const_cast<void*>(address));
-  lua_rawget(m_state, boxesIndex);
-  if (lua_type(m_state, -1) != LUA_TUSERDATA) {
-    lua_pop(m_state, 1);
-    return false;
+void ObjectRetirer::retireIn(lua_State* state, int boxes, const void* address) {
+  lua_pushlightuserdata(state, const_cast<void*>(address));
+  lua_rawget(state, boxes);
+  if (lua_type(state, -1) != LUA_TUSERDATA)
+    return;
+  *static_cast<void**>(lua_touserdata(state, -1)) = nullptr;
+  removeEntry(state, boxes, address);
+  // Collection would release the object a second time.
+  lua_getfield(state, LUA_REGISTRYINDEX, "tolua_gc");
+  if (lua_istable(state, -1))
+    removeEntry(state, -1, address);
+  lua_pop(state, 1);
+  pushTypeName(state);
+  pushDeletedMetatable(state);
+  lua_setmetatable(state, -3);
+}
+
+int ObjectRetirer::retireProtected(lua_State* state) {
+  const auto* retirer = static_cast<const ObjectRetirer*>(lua_touserdata(state, 1));
+  const void* address = lua_touserdata(state, 2);
+  lua_getfield(state, LUA_REGISTRYINDEX, kBoxes);
+  for (int index = 1; index <= retirer->m_boxesCount; ++index) {
+    lua_rawgeti(state, 3, index);
+    retireIn(state, 4, address);
+    lua_settop(state, 3);
   }
-  *static_cast<void**>(lua_touserdata(m_state, -1)) = nullptr;
-  pushTypeName(m_state);
-  pushDeletedMetatable(m_state);
-  lua_setmetatable(m_state, -3);
-  lua_pop(m_state, 2);
-  removeEntry(m_state, boxesIndex, address);
-  return true;
+  return 0;
 }
 
 void ObjectRetirer::retire(const void* address) {
-  if (m_state == nullptr || lua_checkstack(m_state, LUA_MINSTACK) == 0)
+  if (m_state == nullptr)
     return;
+  // Objects die inside destructors, which no error may leave: when memory runs out, a userdata that points nowhere has
+  // to do without the metatable that explains itself. Nothing before that metatable takes memory.
   const int top = lua_gettop(m_state);
-  lua_getfield(m_state, LUA_REGISTRYINDEX, kBoxes);
-  bool found = false;
-  for (int index = 1; index <= m_boxesCount; ++index) {
-    lua_rawgeti(m_state, top + 1, index);
-    found = retireIn(top + 2, address) || found;
-    lua_settop(m_state, top + 1);
-  }
-  if (found) {
-    // Collection would release the object a second time.
-    lua_getfield(m_state, LUA_REGISTRYINDEX, "tolua_gc");
-    if (lua_istable(m_state, -1))
-      removeEntry(m_state, -1, address);
-  }
+  lua_getfield(m_state, LUA_REGISTRYINDEX, kFunction);
+  lua_pushlightuserdata(m_state, this);
+  lua_pushlightuserdata(m_state, const_cast<void*>(address));
+  lua_pcall(m_state, 2, 0, 0);
   lua_settop(m_state, top);
 }
 

@@ -45,6 +45,10 @@ public:
   /// Registers `observer`; *borrows* it until `removeObserver` or the object's death.
   void addObserver(Observer* observer) const;
   void removeObserver(Observer* observer) const;
+  /// While locked, no object tells its observers of its death and none loses or gains an observer on another thread:
+  /// for observers that look at their object and let go of it. May be nested.
+  static void lockObservers();
+  static void unlockObservers();
 
   /// Installs the process-wide handler; *borrows* it. Nullable: null restores plain `delete`.
   static void setDeleteHandler(DeleteHandler* handler);
@@ -60,12 +64,10 @@ protected:
 
 private:
   struct ObserverSet;
-  /// The observer set, created on first use.
-  ObserverSet* observers() const;
   void notifyObservers() const;
 
   mutable AtomicCount m_count = 0;
-  mutable ObserverSet* m_observers = nullptr;
+  mutable ObserverSet* m_observers = nullptr; // created on first use
 };
 
 } // namespace vyr

@@ -3,6 +3,8 @@
 
 #include <vyr/Referenced.h>
 
+#include <atomic>
+
 namespace vyr {
 
 /// Observes an object without holding a reference. Nullable: empty, or the object has gone.
@@ -15,44 +17,60 @@ public:
   observer_ptr(T* object) { attach(object); }
   observer_ptr(const observer_ptr& other)
       : Observer() {
-    attach(other.m_object);
+    const Lock lock;
+    attach(other.get());
   }
   ~observer_ptr() override { detach(); }
 
-  observer_ptr& operator=(const observer_ptr& other) { return *this = other.m_object; }
+  observer_ptr& operator=(const observer_ptr& other) {
+    const Lock lock;
+    return *this = other.get();
+  }
   /// Observes `object` instead; nothing happens when it is the one observed already.
   observer_ptr& operator=(T* object) {
-    if (object != m_object) {
+    if (object != get()) {
       detach();
       attach(object);
     }
     return *this;
   }
 
-  T* get() const { return m_object; }
-  T* operator->() const { return m_object; }
-  T& operator*() const { return *m_object; }
-  bool valid() const { return m_object != nullptr; }
+  T* get() const { return m_object.load(std::memory_order_acquire); }
+  T* operator->() const { return get(); }
+  T& operator*() const { return *get(); }
+  bool valid() const { return get() != nullptr; }
   explicit operator bool() const { return valid(); }
   bool operator!() const { return !valid(); }
 
-  void objectDeleted(Referenced*) override { m_object = nullptr; }
+  void objectDeleted(Referenced*) override { m_object.store(nullptr, std::memory_order_release); }
 
 private:
+  struct Lock {
+    Lock() { Referenced::lockObservers(); }
+    ~Lock() { Referenced::unlockObservers(); }
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+  };
+
   void attach(T* object) {
-    m_object = object;
-    if (m_object != nullptr) {
-      m_object->addObserver(this);
+    m_object.store(object, std::memory_order_release);
+    if (object != nullptr) {
+      object->addObserver(this);
     }
   }
+  // Under the lock, so that the object cannot go between the look at the pointer and the letting go.
   void detach() {
-    if (m_object != nullptr) {
-      m_object->removeObserver(this);
-      m_object = nullptr;
+    if (get() == nullptr) {
+      return;
+    }
+    const Lock lock;
+    if (T* const object = get()) {
+      object->removeObserver(this);
+      m_object.store(nullptr, std::memory_order_release);
     }
   }
 
-  T* m_object = nullptr;
+  std::atomic<T*> m_object{nullptr};
 };
 
 template <class A, class B>

@@ -49,7 +49,8 @@ public:
 
 private:
   void destroy(const vyr::Referenced* object);
-  bool retireIn(int boxesIndex, const void* address);
+  static void retireIn(lua_State* state, int boxes, const void* address);
+  static int retireProtected(lua_State* state);
 
   lua_State* m_state;
   vyr::DeleteHandler* m_previous;
