@@ -112,7 +112,7 @@ public:
 
   bool insertChild(unsigned int index, osg::Node* child) override;
   bool addChild(osg::Node* child) override;
-  bool removeChild(osg::Node* child);
+  bool removeChild(osg::Node* child) override;
   bool replaceChild(osg::Node* oldChild, osg::Node* newChild) override;
   bool setChild(unsigned int index, osg::Node* child) override;
   bool removeChildren(unsigned int position, unsigned int count) override;
