@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -257,6 +258,30 @@ TEST(Simulation, LongRaysAreAsExactAsShortOnes) {
     EXPECT_NEAR(hit.distance, 10.0 - 0.7 / std::cos(0.4), 1e-3) << length;
     EXPECT_FALSE(simulation->rayTest(vyr::Vec3(0.0, -10.0, 0.705), level, length).hit) << length;
   }
+}
+
+// A net of slanted rays over a turned crate: whatever they meet lies on its surface, at its outline too.
+TEST(Simulation, GrazingRaysMeetNothingBesideTheShape) {
+  vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
+  vyr::ref_ptr<vyr::RigidBody> body = new vyr::RigidBody("crate");
+  body->add(new vyrCollide::Geometry(new vyrCollide::Box(vyr::Vec3(0.7, 0.7, 0.7))));
+  body->setRotation(vyr::Quat(0.4, vyr::Vec3(0.0, 0.0, 1.0)));
+  simulation->add(body.get());
+  const vyr::Vec3 eye(6.9, -11.2, 4.8);
+  int hits = 0;
+  for (int row = -60; row <= 60; ++row) {
+    for (int column = -60; column <= 60; ++column) {
+      const vyr::Vec3 aim(column * 0.025, 0.0, row * 0.025);
+      const vyrSDK::RayHit hit = simulation->rayTest(eye, aim - eye, 1.0e5);
+      if (!hit.hit)
+        continue;
+      ++hits;
+      const vyr::Vec3 local = hit.point * body->getTransform().inverse();
+      const double outermost = std::max({std::fabs(local.x()), std::fabs(local.y()), std::fabs(local.z())});
+      ASSERT_NEAR(outermost, 0.7, 1e-6) << row << " " << column;
+    }
+  }
+  EXPECT_GT(hits, 3000);
 }
 
 TEST(Simulation, GuiEventsStopAtTheListenerThatUsesThem) {

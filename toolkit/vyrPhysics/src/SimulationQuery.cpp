@@ -7,6 +7,10 @@
 #include "RigidBodyNative.h"
 #include "SimulationNative.h"
 
+#include <BulletCollision/CollisionShapes/btBoxShape.h>
+#include <BulletCollision/NarrowPhaseCollision/btRaycastCallback.h>
+#include <LinearMath/btAabbUtil2.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -58,10 +62,13 @@ private:
     if (candidate->isSensor() || !candidate->getEnableCollisions()) {
       return;
     }
-    // Only the piece of the ray beside the shape: the test is exact to a share of what it is given, and a ray to the
-    // horizon would hit a box a hand's breadth away from it.
     btCollisionShape* shape = candidate->getNative()->instance->getShape();
     const btTransform place = toBullet(candidate->getTransform());
+    if (shape->getShapeType() == BOX_SHAPE_PROXYTYPE) {
+      testBox(place, static_cast<const btBoxShape*>(shape)->getHalfExtentsWithMargin(), candidate);
+      return;
+    }
+    // Only the piece of the ray beside the shape: the test is exact to a share of what it is given.
     btVector3 center;
     btScalar radius = 0.0;
     shape->getBoundingSphere(center, radius);
@@ -74,11 +81,26 @@ private:
     const btVector3 from = m_from + begin * m_direction;
     const btVector3 to = m_from + end * m_direction;
     NearestOfOne nearest(from, to);
+    // The other test of curved and convex shapes meets what a grazing ray only passes by.
+    nearest.m_flags |= btTriangleRaycastCallback::kF_UseGjkConvexCastRaytest;
     btCollisionWorld::rayTestSingle(btTransform(btMatrix3x3::getIdentity(), from),
                                     btTransform(btMatrix3x3::getIdentity(), to), object, shape, place, nearest);
     if (nearest.hasHit()) {
       fraction = (begin + nearest.m_closestHitFraction * (end - begin)) / m_length;
       normal = nearest.m_hitNormalWorld;
+      geometry = candidate;
+    }
+  }
+
+  /// Boxes are met exactly, sharp edges included. A ray that begins inside does not meet the box, as with other shapes.
+  void testBox(const btTransform& place, const btVector3& halfExtents, vyrCollide::Geometry* candidate) {
+    btScalar share = fraction;
+    btVector3 face(0.0, 0.0, 0.0);
+    if (btRayAabb(place.invXform(m_from), place.invXform(m_from + m_length * m_direction), -halfExtents, halfExtents,
+                  share, face) &&
+        share > 0.0) {
+      fraction = share;
+      normal = place.getBasis() * face;
       geometry = candidate;
     }
   }
