@@ -66,4 +66,12 @@ function testReadOnlyViewOfAnUnknownClassIsPushedTwice()
   collectgarbage()
 end
 
+function testPressuresBeyondTheRangeOfColors()
+  local colors = vyrRender.ColorVector()
+  for _, range in ipairs { { 0, 1e308 }, { 1, 1 + 1e-12 }, { -1e308, 1e308 }, { 0, 0 / 0 } } do
+    check.notNil(vyrOSG.PressureRenderer(vyrOSG.Group:new(), vyrOSG.SceneDecorator(64, 64), vyrSDK.Simulation(), range[1], range[2],
+      colors))
+  end
+end
+
 check.run()

@@ -60,6 +60,12 @@ void writeState(vyr::RigidBody& body, const double* numbers) {
   body.setAngularVelocity(vyr::Vec3(numbers[10], numbers[11], numbers[12]));
 }
 
+/// A column as text; "" for null, which damaged files hold in any column.
+std::string textAt(sqlite3_stmt* statement, int column) {
+  const unsigned char* text = sqlite3_column_text(statement, column);
+  return text != nullptr ? reinterpret_cast<const char*>(text) : "";
+}
+
 } // namespace
 
 void JournalDelete::operator()(sqlite3* database) const {
@@ -196,7 +202,7 @@ std::vector<std::string> Journal::listSessions(const std::string& file) {
     return names;
   }
   while (sqlite3_step(list.get()) == SQLITE_ROW)
-    names.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(list.get(), 0)));
+    names.push_back(textAt(list.get(), 0));
   return names;
 }
 
@@ -252,7 +258,7 @@ bool JournalPlayer::readBodies() {
     return false;
   sqlite3_bind_int64(read.get(), 1, m_session);
   while (sqlite3_step(read.get()) == SQLITE_ROW)
-    m_names[sqlite3_column_int64(read.get(), 0)] = reinterpret_cast<const char*>(sqlite3_column_text(read.get(), 1));
+    m_names[sqlite3_column_int64(read.get(), 0)] = textAt(read.get(), 1);
   return true;
 }
 

@@ -1,5 +1,6 @@
 // Reads models and collects their triangles for collision.
 #include "DataFile.h"
+#include "ModelCheck.h"
 
 #include <vyr/Notify.h>
 
@@ -79,6 +80,11 @@ bool readModel(const char* caller, const std::string& fileName, double scale, Mo
   const std::string path = find(caller, fileName);
   if (path.empty())
     return false;
+  std::string problem;
+  if (!isSoundModel(path, problem)) {
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << caller << ": cannot read '" << path << "': " << problem;
+    return false;
+  }
   osg::ref_ptr<osg::Node> node = osgDB::readRefNodeFile(path);
   if (!node) {
     VYR_NOTIFY(vyr::NOTIFY_ERROR) << caller << ": cannot read '" << path << "': it is no model of a known format";

@@ -30,7 +30,9 @@ std::vector<osg::Vec4> colorsOf(const vyrRender::ColorVector& colors) {
 }
 
 osg::ref_ptr<osgSim::ColorRange> makeColorRange(double low, double high, const vyrRender::ColorVector& colors) {
-  if (!(low < high) || !std::isfinite(low) || !std::isfinite(high)) {
+  // The colour range works with floats, in which both ends and their difference have to be finite and apart.
+  constexpr double kGreatest = 1e30;
+  if (!(float(low) < float(high)) || !(std::abs(low) <= kGreatest) || !(std::abs(high) <= kGreatest)) {
     VYR_NOTIFY(vyr::NOTIFY_ERROR) << "pressures need a range with a lower and an upper end, not " << low << " to "
                                   << high << " Pa";
     low = 0;

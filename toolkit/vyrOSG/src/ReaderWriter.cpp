@@ -3,6 +3,7 @@
 
 #include "DataFile.h"
 #include "FileSearch.h"
+#include "ModelCheck.h"
 
 #include <vyrOSG/ExampleApplication.h>
 #include <vyrOSG/GeometryNode.h>
@@ -186,6 +187,12 @@ osg::Node* readNodeFile(const std::string& fileName, const osgDB::Options* optio
   const int nodes = osgDB::Options::CACHE_NODES;
   const int hint = used->getObjectCacheHint();
   used->setObjectCacheHint(static_cast<osgDB::Options::CacheHintOptions>(useCache ? hint | nodes : hint & ~nodes));
+  const FileSearch search(fileName, "", used);
+  std::string problem;
+  if (search.isFound() && !isSoundModel(search.getPath(), problem)) {
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::readNodeFile: cannot read '" << search.getPath() << "': " << problem;
+    return nullptr;
+  }
   osgDB::ReaderWriter::ReadResult result = registry->readNode(fileName, used);
   if (!result.validNode())
     return reportUnread(fileName, used, result);
