@@ -12,6 +12,8 @@ target_compile_options(vyr_options INTERFACE -ffp-contract=off)
 if(VYR_SANITIZE)
   target_compile_options(vyr_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                                                -fno-omit-frame-pointer)
+  # Enumerations come from scripts with any value; the compiler keeps what their integers keep (no -fstrict-enums).
+  target_compile_options(vyr_options INTERFACE -fno-sanitize=enum)
   # The instrumented code of the standard library's regular expressions looks uninitialised to the compiler; it is not.
   target_compile_options(vyr_options INTERFACE -Wno-maybe-uninitialized)
   target_link_options(vyr_options INTERFACE -fsanitize=address,undefined)
@@ -46,9 +48,14 @@ function(vyr_add_library name)
 endfunction()
 
 # Adds a GoogleTest program and registers each of its tests with CTest.
-#   vyr_add_test(<name> SOURCES <file>... LIBRARIES <target>... [LABELS <label>...])
+#   vyr_add_test(<name> SOURCES <file>... LIBRARIES <target>... [LABELS <label>...] [LEAKS])
+# LEAKS: under the sanitizers the tests also fail for memory that nobody frees.
 function(vyr_add_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "LEAKS" "" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  set(environment "")
+  if(ARG_LEAKS AND VYR_SANITIZE)
+    set(environment ENVIRONMENT "ASAN_OPTIONS=detect_leaks=1")
+  endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main vyr_options)
   target_compile_definitions(${name} PRIVATE VYR_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
@@ -58,5 +65,5 @@ function(vyr_add_test name)
     ${name}
     WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
     DISCOVERY_MODE PRE_TEST
-    PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 300)
+    PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 300 ${environment})
 endfunction()
