@@ -10,10 +10,12 @@ target_compile_options(
 # Repeatable physics needs one way of rounding: no contraction of a*b+c, whatever the processor offers.
 target_compile_options(vyr_options INTERFACE -ffp-contract=off)
 if(VYR_SANITIZE)
-  target_compile_options(vyr_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
-                                               -fno-omit-frame-pointer)
   # Enumerations come from scripts with any value; the compiler keeps what their integers keep (no -fstrict-enums).
-  target_compile_options(vyr_options INTERFACE -fno-sanitize=enum)
+  # The tests' own code is left as it is: the checks are for the product, and test macros take longest to compile.
+  target_compile_options(
+    vyr_options
+    INTERFACE $<$<NOT:$<BOOL:$<TARGET_PROPERTY:VYR_TEST_CODE>>>:-fsanitize=address,undefined
+              -fno-sanitize-recover=undefined -fno-omit-frame-pointer -fno-sanitize=enum>)
   # The instrumented code of the standard library's regular expressions looks uninitialised to the compiler; it is not.
   target_compile_options(vyr_options INTERFACE -Wno-maybe-uninitialized)
   target_link_options(vyr_options INTERFACE -fsanitize=address,undefined)
@@ -60,7 +62,8 @@ function(vyr_add_test name)
   target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main vyr_options)
   target_compile_definitions(${name} PRIVATE VYR_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
                                              VYR_BINARY_DIR="${PROJECT_BINARY_DIR}")
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests VYR_TEST_CODE ON)
+  target_compile_options(${name} PRIVATE -O0)
   gtest_discover_tests(
     ${name}
     WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
