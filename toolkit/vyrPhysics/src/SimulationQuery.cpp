@@ -100,7 +100,8 @@ private:
                   share, face) &&
         share > 0.0) {
       fraction = share;
-      normal = place.getBasis() * face;
+      // The engine gives the direction into the box.
+      normal = -(place.getBasis() * face);
       geometry = candidate;
     }
   }
