@@ -17,6 +17,9 @@
 #include <cstdio>
 #include <fstream>
 
+#include <string>
+#include <unistd.h>
+
 int tolua_vyrOSG_ReaderWriter_open(lua_State* state);
 int luaopen_vyrOSG_ReaderWriter(lua_State* state);
 
@@ -45,7 +48,7 @@ protected:
   }
   void give(const char* name, void* given, const char* type) { bindingtest::give(lua, name, given, type); }
 
-  const std::string file = ::testing::TempDir() + "ReaderWriterBinding.obj";
+  const std::string file = ::testing::TempDir() + "ReaderWriterBinding" + std::to_string(getpid()) + ".obj";
   osg::ref_ptr<osgDB::Options> options{new osgDB::Options};
   vyr::ref_ptr<vyrSDK::Simulation> simulation{new vyrSDK::Simulation};
   osg::ref_ptr<vyrOSG::Group> group{new vyrOSG::Group};

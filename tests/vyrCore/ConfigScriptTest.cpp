@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 namespace {
 
 using vyrCFG::ConfigScript;
@@ -102,7 +104,7 @@ TEST_F(ConfigScriptTest, AFailedReadForgetsTheOneBefore) {
 }
 
 TEST_F(ConfigScriptTest, ReadsAFileAndKnowsItsFolder) {
-  const std::string file = testing::TempDir() + "ConfigScriptTest.json";
+  const std::string file = testing::TempDir() + "ConfigScriptTest" + std::to_string(getpid()) + ".json";
   std::ofstream(file) << "{\"a\": \"file\"}";
   EXPECT_TRUE(script->load(file));
   EXPECT_EQ(script->getName(), file);

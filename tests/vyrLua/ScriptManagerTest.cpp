@@ -17,6 +17,9 @@
 #include <fstream>
 #include <stdexcept>
 
+#include <string>
+#include <unistd.h>
+
 namespace {
 
 using testing::ElementsAre;
@@ -106,7 +109,7 @@ TEST_F(ScriptManagerTest, MissingFileNamesItAndTheDirectories) {
 }
 
 TEST_F(ScriptManagerTest, FileThatIsNoLibrary) {
-  const std::string directory = testing::TempDir() + "vyrLua_garbage";
+  const std::string directory = testing::TempDir() + "vyrLua_garbage" + std::to_string(getpid());
   std::filesystem::create_directories(directory);
   std::ofstream(directory + "/libgarbage_luaplugin.so") << "this is no library";
   manager().addSearchPath(directory);

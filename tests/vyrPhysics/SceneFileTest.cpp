@@ -17,6 +17,9 @@
 #include <cstdio>
 #include <fstream>
 
+#include <string>
+#include <unistd.h>
+
 namespace {
 
 vyrCollide::Trimesh* wedge() {
@@ -184,7 +187,7 @@ TEST(SceneFile, KeepsNamesSettingsAndGroups) {
   outer->add(inner.get());
   simulation->add(outer.get());
   simulation->stepTo(0.3);
-  const std::string path = ::testing::TempDir() + "vyrPhysics_scene.json";
+  const std::string path = ::testing::TempDir() + "vyrPhysics_scene" + std::to_string(getpid()) + ".json";
   ASSERT_TRUE(simulation->write(path));
   vyr::ref_ptr<vyrSDK::Simulation> copy = new vyrSDK::Simulation;
   copy->add(scene::body(new vyrCollide::Sphere(1.0)));

@@ -9,13 +9,16 @@
 #include <cstdio>
 #include <fstream>
 
+#include <string>
+#include <unistd.h>
+
 namespace {
 
 /// A file in the test's folder that goes away with the object.
 class TemporaryFile {
 public:
   TemporaryFile(const std::string& name, const std::string& content)
-      : m_path(::testing::TempDir() + "vyrPhysics_" + name) {
+      : m_path(::testing::TempDir() + "vyrPhysics_" + std::to_string(getpid()) + name) {
     std::ofstream(m_path, std::ios::binary) << content;
   }
   ~TemporaryFile() { std::remove(m_path.c_str()); }
