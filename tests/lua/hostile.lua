@@ -74,4 +74,16 @@ function testPressuresBeyondTheRangeOfColors()
   end
 end
 
+function testUniformsOfDifferentDataAreCompared()
+  local number = osg.Uniform:new(osg.Uniform.FLOAT, "a")
+  local matrix = osg.Uniform:new(osg.Uniform.FLOAT_MAT4, "a")
+  check.equal(number:compareData(number), 0)
+  check.notEqual(number:compareData(matrix), 0)
+  check.equal(number:compareData(matrix), -matrix:compareData(number))
+end
+
+function testRoomForAbsurdlyManyContextsIsRefused()
+  osg.Camera():resizeGLObjectBuffers(-1)
+end
+
 check.run()

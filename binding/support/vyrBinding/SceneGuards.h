@@ -6,6 +6,8 @@
 
 #include <vyrOSG/SceneLoops.h>
 
+#include <osg/Group>
+
 namespace vyrBinding {
 namespace guards {
 
@@ -20,6 +22,13 @@ inline bool replaceChild(osg::Group& parent, osg::Node*, osg::Node* child) {
 }
 inline bool setChild(osg::Group& parent, unsigned int, osg::Node* child) {
   return !vyrOSG::wouldLoop(&parent, child);
+}
+
+/// The scene-graph library keeps an entry for each graphics context in every object; a process has a few.
+constexpr unsigned int kMostContexts = 256;
+
+inline bool resizeGLObjectBuffers(osg::Node&, unsigned int maximum) {
+  return maximum <= kMostContexts;
 }
 
 } // namespace guards

@@ -61,6 +61,15 @@ inline bool setAssociatedTextureModes(osg::StateSet&, unsigned int unit, const o
 
 } // namespace guards
 
+/// Compares the data of uniforms as the library does, those of another type or count by that.
+inline int compareData(const osg::Uniform* self, const osg::Uniform& other) {
+  if (self->getType() != other.getType())
+    return self->getType() < other.getType() ? -1 : 1;
+  if (self->getNumElements() != other.getNumElements())
+    return self->getNumElements() < other.getNumElements() ? -1 : 1;
+  return self->compareData(other);
+}
+
 template <>
 struct ElementCount<osg::Matrix2> {
   static constexpr long kValue = 4;
