@@ -86,4 +86,9 @@ function testRoomForAbsurdlyManyContextsIsRefused()
   osg.Camera():resizeGLObjectBuffers(-1)
 end
 
+function testHandleThatIsRegisteredAsCountedHasNoCount()
+  check.equal(vyrOSG.LightSource(nil):getReferenceCount(), 0)
+  check.equal(vyr.RigidBody("a"):getReferenceCount(), 1)
+end
+
 check.run()
