@@ -91,4 +91,10 @@ function testHandleThatIsRegisteredAsCountedHasNoCount()
   check.equal(vyr.RigidBody("a"):getReferenceCount(), 1)
 end
 
+function testRoomForAbsurdlyManyNumbersIsRefused()
+  local numbers = vyr.RealVector()
+  numbers:reserve(2 ^ 32 - 1)
+  check.equal(numbers:size(), 0)
+end
+
 check.run()
