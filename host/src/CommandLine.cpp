@@ -201,6 +201,14 @@ private:
       m_line.command = CommandLine::DOCTOR;
     else if (word == "play")
       readPlay();
+    else if (word == "help")
+      readHelp();
+  }
+
+  void readHelp() {
+    m_line.command = CommandLine::REFERENCE;
+    if (m_index + 1 < m_line.arguments.size())
+      m_line.topic = m_line.arguments[m_index + 1];
   }
 
   void readPlay() {
@@ -267,9 +275,11 @@ std::string CommandLine::getHelp() {
   return R"(Usage: vyr [options] [script [args]]
        vyr [options] play FILE.journal [script [args]]
        vyr doctor
+       vyr help [NAME]
 
 Runs a Lua script with the plugins vyr, vyrModel and vyrOSG loaded. 'play' shows a recorded run in the scene of the
-script that it was recorded with, or lists the journal's sessions; 'doctor' tells what works on this machine.
+script that it was recorded with, or lists the journal's sessions; 'doctor' tells what works on this machine; 'help' tells
+of a class or a function of the scripts' interface.
 
 As lua:
   -e stat           execute the string 'stat'

@@ -11,7 +11,7 @@ namespace vyrHost {
 
 /// What the user asked for. Short options are those of `lua`; long ones are the program's own.
 struct CommandLine {
-  enum Command { RUN, HELP, VERSION, DOCTOR, PLAY };
+  enum Command { RUN, HELP, VERSION, DOCTOR, PLAY, REFERENCE };
 
   /// One -e or -l, to be done in order.
   struct Action {
@@ -26,6 +26,9 @@ struct CommandLine {
   bool verbose = false;
   bool watch = false;
   std::optional<unsigned> seed;
+
+  /// For REFERENCE: what to tell of; empty for the list of classes.
+  std::string topic;
 
   /// For PLAY: the journal, and its session where one was named.
   std::string journal;

@@ -8,6 +8,7 @@
 #include "MessageSink.h"
 #include "Plugins.h"
 #include "Prompt.h"
+#include "Reference.h"
 #include "SceneDeleteHandler.h"
 
 #include <vyrLua/ObjectRetirer.h>
@@ -115,6 +116,8 @@ int run(const CommandLine& line) {
     return EXIT_CODE_OK;
   case CommandLine::DOCTOR:
     return runDoctor();
+  case CommandLine::REFERENCE:
+    return runHelp(line.topic);
   case CommandLine::PLAY:
     if (!line.hasScript())
       return listSessions(line.journal);

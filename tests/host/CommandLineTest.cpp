@@ -121,6 +121,8 @@ TEST(CommandLine, CommandsThatAreWords) {
   EXPECT_EQ("run.journal", play.line.journal);
   EXPECT_EQ("s.lua", play.line.arguments[play.line.scriptIndex]);
   EXPECT_THAT(play.line.getScriptArguments(), ElementsAre("--journal", "run.journal", "--journal-session", "two", "x"));
+  EXPECT_EQ(CommandLine::REFERENCE, parse({"help"}).line.command);
+  EXPECT_EQ("vyr.Vec3", parse({"help", "vyr.Vec3"}).line.topic);
   const Parsed list = parse({"play", "run.journal"});
   EXPECT_EQ(CommandLine::PLAY, list.line.command);
   EXPECT_FALSE(list.line.hasScript());
@@ -161,7 +163,7 @@ TEST(CommandLine, HelpNamesEveryOption) {
   const std::string help = CommandLine::getHelp();
   for (const char* option : {"-e",       "-l",        "-i",         "-v",        "--gl",     "--size", "--window",
                              "--screen", "--steps",   "--duration", "--shot",    "--record", "--fps",  "--seed",
-                             "--watch",  "--verbose", "--help",     "--version", "play",     "doctor"})
+                             "--watch",  "--verbose", "--help",     "--version", "play",     "doctor", "help"})
     EXPECT_THAT(help, HasSubstr(option));
 }
 

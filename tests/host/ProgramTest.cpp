@@ -44,6 +44,34 @@ TEST(Program, DoctorMissesPrograms) {
   EXPECT_THAT(runProgram({"doctor"}, "", {"PATH=/nowhere"}).output, HasSubstr("Debian package ffmpeg"));
 }
 
+TEST(Program, HelpTellsOfClassesAndFunctions) {
+  const Outcome function = runProgram({"help", "vyrWire.Wire:attachBegin"});
+  EXPECT_EQ(0, function.code);
+  EXPECT_THAT(function.output, HasSubstr("vyrWire.Wire:attachBegin(vyr.RigidBody body, vyr.Vec3 point)"));
+  EXPECT_THAT(function.output, HasSubstr("Fastens an end"));
+  // The last part of a name is enough, and capitals do not matter; of a class the calls that make one are told too.
+  EXPECT_EQ(function.output.substr(0, 24), runProgram({"help", "ATTACHBEGIN"}).output.substr(0, 24));
+  EXPECT_THAT(runProgram({"help", "vyrUtil.SimpleCar"}).output,
+              HasSubstr("vyrUtil.SimpleCar(vyr.Vec3 size, number mass, number wheelRadius)"));
+  EXPECT_THAT(runProgram({"help", "vyr.Vec3d"}).output, HasSubstr("vyr.Vec3d + vyr.Vec3d -> vyr.Vec3"));
+  EXPECT_THAT(runProgram({"help"}).output, HasSubstr("vyrOSG.ExampleApplication\n"));
+  EXPECT_THAT(runProgram({"help", "setp"}).output, HasSubstr("names match 'setp'"));
+}
+
+TEST(Program, HelpOfNothingNamesIt) {
+  const Outcome outcome = runProgram({"help", "vyrOSG.Nonsense"});
+  EXPECT_EQ(1, outcome.code);
+  EXPECT_EQ("vyr: nothing is called 'vyrOSG.Nonsense'; 'vyr help' lists the classes\n", outcome.errors);
+}
+
+TEST(Program, DefinitionsForEditorsAreLua) {
+  const std::string folder = VYR_BINARY_DIR "/share/vyr/types/";
+  const Outcome outcome = runProgram({"-e", "dofile('" + folder + "vyr.lua') dofile('" + folder + "vyrOSG.lua') " +
+                                                "print(vyr.RigidBody.setMass, vyrOSG.SceneDecorator.setText)"});
+  EXPECT_EQ(0, outcome.code) << outcome.errors;
+  EXPECT_THAT(outcome.output, testing::MatchesRegex("function: .*\tfunction: .*\n"));
+}
+
 TEST(Program, SeedRepeatsRandomNumbers) {
   const std::vector<std::string> arguments = {"--seed", "7", "-e", "print(math.random(), math.random())"};
   const std::string first = runProgram(arguments).output;
