@@ -97,6 +97,17 @@ TEST(Trimesh, ReadsAWavefrontFile) {
   EXPECT_EQ(mesh->getBounds().max, vyr::Vec3(0.5, 0.5, 0.5));
 }
 
+TEST(Trimesh, TurnsWavefrontFilesFromYUpToZUp) {
+  // A corner of a box of 1 by 2 by 3 m: x stays, what was up is up, what came forward comes forward.
+  const TemporaryFile file("corner.obj", "v 0 0 0\nv 1 0 0\nv 0 2 0\nv 0 0 3\nf 1 3 2\nf 1 2 4\nf 1 4 3\nf 2 3 4\n");
+  vyr::ref_ptr<vyrCollide::Trimesh> mesh = vyrCollide::Trimesh::create(file.getPath());
+  ASSERT_TRUE(mesh);
+  EXPECT_EQ(mesh->getBounds().min, vyr::Vec3(0, -3, 0));
+  EXPECT_EQ(mesh->getBounds().max, vyr::Vec3(1, 0, 2));
+  // Turned, not mirrored: outside stays outside.
+  EXPECT_NEAR(mesh->getVolume(), 1.0, 1e-12);
+}
+
 TEST(Trimesh, ReadsABinaryStlFile) {
   const TemporaryFile file("tetrahedron.stl", binaryStl());
   vyr::ref_ptr<vyrCollide::Trimesh> mesh = vyrCollide::Trimesh::create(file.getPath());

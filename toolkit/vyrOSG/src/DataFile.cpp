@@ -2,6 +2,7 @@
 #include "DataFile.h"
 
 #include "FileSearch.h"
+#include "ReaderMessages.h"
 
 #include <vyr/Notify.h>
 
@@ -97,8 +98,10 @@ osg::ref_ptr<osg::Image> readImage(const char* caller, const std::string& fileNa
   const std::string path = find(caller, fileName);
   if (path.empty())
     return nullptr;
+  ReaderMessages messages(path);
   osg::ref_ptr<osg::Image> image = osgDB::readRefImageFile(path);
   if (!image || !image->data()) {
+    messages.takeReason(); // the line below says it
     report(caller, path, "it is no image of a known format");
     return nullptr;
   }

@@ -1,14 +1,14 @@
 // Reads models and collects their triangles for collision.
 #include "DataFile.h"
-#include "ModelCheck.h"
+#include "ModelNode.h"
 
 #include <vyr/Notify.h>
 
 #include <osg/Drawable>
 #include <osg/MatrixTransform>
 #include <osg/NodeVisitor>
+#include <osg/Sequence>
 #include <osg/TriangleFunctor>
-#include <osgDB/ReadFile>
 
 #include <map>
 #include <tuple>
@@ -60,6 +60,15 @@ public:
     drawable.accept(m_triangles);
   }
 
+  /// A film that has not begun: its first picture is what will be drawn.
+  void apply(osg::Sequence& sequence) override {
+    look(sequence);
+    if (sequence.getValue() < 0 && sequence.getNumChildren() > 0)
+      sequence.getChild(0)->accept(*this);
+    else
+      traverse(sequence);
+  }
+
   osg::TriangleFunctor<TriangleCollector> m_triangles;
   bool m_hasLook = false;
 
@@ -81,13 +90,9 @@ bool readModel(const char* caller, const std::string& fileName, double scale, Mo
   if (path.empty())
     return false;
   std::string problem;
-  if (!isSoundModel(path, problem)) {
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << caller << ": cannot read '" << path << "': " << problem;
-    return false;
-  }
-  osg::ref_ptr<osg::Node> node = osgDB::readRefNodeFile(path);
+  osg::ref_ptr<osg::Node> node = readModelNode(path, nullptr, problem);
   if (!node) {
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << caller << ": cannot read '" << path << "': it is no model of a known format";
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << caller << ": cannot read '" << path << "': " << problem;
     return false;
   }
   ModelReader reader(scale);

@@ -3,7 +3,7 @@
 
 #include "DataFile.h"
 #include "FileSearch.h"
-#include "ModelCheck.h"
+#include "ModelNode.h"
 
 #include <vyrOSG/ExampleApplication.h>
 #include <vyrOSG/GeometryNode.h>
@@ -32,21 +32,6 @@ namespace {
 
 // Far enough that what was read fills about half of the picture's height.
 constexpr double kHomeDistance = 3.5;
-
-osg::Node* reportUnread(const std::string& fileName, const osgDB::Options* options,
-                        const osgDB::ReaderWriter::ReadResult& result) {
-  const FileSearch search(fileName, "", options);
-  if (!search.isFound())
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::readNodeFile: cannot find '" << fileName
-                                  << "', tried: " << search.getTried();
-  else if (result.message().empty())
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::readNodeFile: cannot read '" << search.getPath()
-                                  << "': it is no model of a known format";
-  else
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::readNodeFile: cannot read '" << search.getPath()
-                                  << "': " << result.message();
-  return nullptr;
-}
 
 /// What was read from a file, before any of it is in the simulation that it is for.
 struct Parts {
@@ -181,22 +166,22 @@ osg::Node* readNodeFile(const std::string& fileName, bool useCache) {
 }
 
 osg::Node* readNodeFile(const std::string& fileName, const osgDB::Options* options, bool useCache) {
-  osgDB::Registry* registry = osgDB::Registry::instance();
-  const osgDB::Options* given = options ? options : registry->getOptions();
+  const osgDB::Options* given = options ? options : osgDB::Registry::instance()->getOptions();
   osg::ref_ptr<osgDB::Options> used = given ? given->cloneOptions() : new osgDB::Options;
   const int nodes = osgDB::Options::CACHE_NODES;
   const int hint = used->getObjectCacheHint();
   used->setObjectCacheHint(static_cast<osgDB::Options::CacheHintOptions>(useCache ? hint | nodes : hint & ~nodes));
-  const FileSearch search(fileName, "", used);
+  const FileSearch search = findModel(fileName, used);
   std::string problem;
-  if (search.isFound() && !isSoundModel(search.getPath(), problem)) {
+  osg::ref_ptr<osg::Node> node = readModelNode(fileName, used, problem);
+  if (node)
+    return node.release();
+  if (search.isFound())
     VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::readNodeFile: cannot read '" << search.getPath() << "': " << problem;
-    return nullptr;
-  }
-  osgDB::ReaderWriter::ReadResult result = registry->readNode(fileName, used);
-  if (!result.validNode())
-    return reportUnread(fileName, used, result);
-  return result.takeNode();
+  else
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "vyrOSG::readNodeFile: cannot find '" << fileName
+                                  << "', tried: " << search.getTried();
+  return nullptr;
 }
 
 bool readFile(const std::string& fileName, vyrSDK::Simulation* simulation, vyrOSG::Group* root,

@@ -42,40 +42,6 @@ bool parseCorner(const std::string& text, size_t numVertices, unsigned int& outI
   return true;
 }
 
-bool readObj(std::istream& in, Vertices& vertices, Indices& indices, std::string& outReason) {
-  std::string line;
-  for (size_t number = 1; std::getline(in, line); ++number) {
-    std::istringstream words(line);
-    std::string keyword;
-    words >> keyword;
-    bool good = true;
-    if (keyword == "v") {
-      double x = 0.0;
-      double y = 0.0;
-      double z = 0.0;
-      good = static_cast<bool>(words >> x >> y >> z);
-      vertices.emplace_back(x, y, z);
-    } else if (keyword == "f") {
-      Indices corners;
-      std::string word;
-      while (good && words >> word) {
-        unsigned int index = 0;
-        good = parseCorner(word, vertices.size(), index);
-        corners.push_back(index);
-      }
-      good = good && corners.size() >= 3;
-      for (size_t i = 2; good && i < corners.size(); ++i) {
-        indices.insert(indices.end(), {corners[0], corners[i - 1], corners[i]});
-      }
-    }
-    if (!good) {
-      outReason = "line " + std::to_string(number) + " is not understood";
-      return false;
-    }
-  }
-  return true;
-}
-
 /// Gives equal places one index.
 class Welder {
 public:
@@ -94,6 +60,48 @@ private:
   Vertices& m_vertices;
   std::map<std::array<double, 3>, size_t> m_indices;
 };
+
+bool readObj(std::istream& in, Vertices& vertices, Indices& indices, std::string& outReason) {
+  std::string line;
+  for (size_t number = 1; std::getline(in, line); ++number) {
+    std::istringstream words(line);
+    std::string keyword;
+    words >> keyword;
+    bool good = true;
+    if (keyword == "v") {
+      double x = 0.0;
+      double y = 0.0;
+      double z = 0.0;
+      good = static_cast<bool>(words >> x >> y >> z);
+      // The files' custom is y up.
+      vertices.emplace_back(x, -z, y);
+    } else if (keyword == "f") {
+      Indices corners;
+      std::string word;
+      while (good && words >> word) {
+        unsigned int index = 0;
+        good = parseCorner(word, vertices.size(), index);
+        corners.push_back(index);
+      }
+      good = good && corners.size() >= 3;
+      for (size_t i = 2; good && i < corners.size(); ++i) {
+        indices.insert(indices.end(), {corners[0], corners[i - 1], corners[i]});
+      }
+    }
+    if (!good) {
+      outReason = "line " + std::to_string(number) + " is not understood";
+      return false;
+    }
+  }
+  // Programs write a corner once for each of its normals; left apart, no mesh of theirs would be closed.
+  Vertices welded;
+  Welder welder(welded);
+  for (unsigned int& index : indices) {
+    index = welder.add(vertices[index]);
+  }
+  vertices.swap(welded);
+  return true;
+}
 
 const size_t kStlHeaderSize = 84;
 const size_t kStlTriangleSize = 50;

@@ -22,8 +22,9 @@ public:
   Trimesh(const std::vector<vyr::Vec3>& vertices, const std::vector<unsigned int>& indices);
 
   /// Reads a mesh from a Wavefront OBJ file or an STL file (text or binary), chosen by the ending `.obj` or `.stl`,
-  /// whatever its case. Lengths are multiplied with `scale`. *returns new*; Nullable: an unreadable or empty file gives
-  /// null and one error message that names the file.
+  /// whatever its case. OBJ files, which have y up, are turned to z up, (x, y, z) to (x, -z, y), as models are when they
+  /// are drawn; STL files keep their axes. Lengths are multiplied with `scale`. *returns new*; Nullable: an unreadable
+  /// or empty file gives null and one error message that names the file.
   static Trimesh* create(const vyr::String& fileName, double scale = 1.0);
 
   Type getType() const override { return TRIMESH; }
