@@ -1,0 +1,153 @@
+// The plugin's modules against tables that were written from the interface's description, one test a module.
+#include "Natives.h"
+#include "Registration.h"
+
+#include <vyrModel_modules.h>
+#include <vyrOSG_modules.h>
+#include <vyr_modules.h>
+
+#include <lua.hpp>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+using vyrOSGModules::kModules;
+using vyrOSGModules::Module;
+
+const std::string kFolder = VYR_SOURCE_DIR "/tests/conformance/";
+
+/// Says where the tables' engine was when the process dies.
+void reportCrash(int signal) {
+  const char text[] = "\nconformance: crashed at ";
+  const char* place = conformance::lastPlace();
+  if (write(STDERR_FILENO, text, sizeof(text) - 1) < 0 || write(STDERR_FILENO, place, std::strlen(place)) < 0 ||
+      write(STDERR_FILENO, "\n", 1) < 0) {
+    _exit(1);
+  }
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+class Conformance : public ::testing::Test {
+protected:
+  Conformance()
+      : m_state(luaL_newstate()) {
+    luaL_openlibs(m_state);
+    tolua_open(m_state);
+    for (const auto& module : vyrModules::kModules) {
+      module.open(m_state);
+    }
+    for (const auto& module : vyrModelModules::kModules) {
+      module.open(m_state);
+    }
+    for (const auto& module : kModules) {
+      module.open(m_state);
+    }
+    tolua_usertype(m_state, "conformance::Foreign");
+    conformance::openNatives(m_state, kModules[0].open);
+    lua_getglobal(m_state, "package");
+    lua_pushstring(m_state, (kFolder + "engine/?.lua").c_str());
+    lua_setfield(m_state, -2, "path");
+    lua_pop(m_state, 1);
+    std::signal(SIGSEGV, &reportCrash);
+    std::signal(SIGABRT, &reportCrash);
+  }
+
+  ~Conformance() override {
+    lua_close(m_state);
+    conformance::closeNatives();
+  }
+
+  /// Registers a module once more and leaves the list of what it registered as the global `entries`.
+  void recordEntries(const Module& module) {
+    conformance::registration().clear();
+    module.open(m_state);
+    ASSERT_EQ(0, luaL_dostring(m_state, "entries = native.entries()")) << lua_tostring(m_state, -1);
+  }
+
+  /// Runs a chunk; its one result is a list of texts.
+  std::vector<std::string> texts(const std::string& chunk) {
+    std::vector<std::string> list;
+    if (luaL_dostring(m_state, chunk.c_str()) != 0) {
+      list.push_back(lua_tostring(m_state, -1));
+      return list;
+    }
+    for (int i = 1; i <= static_cast<int>(lua_objlen(m_state, -1)); ++i) {
+      lua_rawgeti(m_state, -1, i);
+      list.push_back(lua_tostring(m_state, -1));
+      lua_pop(m_state, 1);
+    }
+    lua_settop(m_state, 0);
+    return list;
+  }
+
+  /// A number of the global `stats`.
+  int statistic(const char* name) {
+    lua_getglobal(m_state, "stats");
+    if (lua_istable(m_state, -1)) {
+      lua_getfield(m_state, -1, name);
+    }
+    const int value = static_cast<int>(lua_tonumber(m_state, -1));
+    lua_settop(m_state, 0);
+    return value;
+  }
+
+  static bool hasTable(const char* module) {
+    return access((kFolder + "tables/" + module + ".lua").c_str(), R_OK) == 0;
+  }
+
+  lua_State* m_state;
+};
+
+class ConformanceOf : public Conformance, public ::testing::WithParamInterface<Module> {};
+
+TEST_P(ConformanceOf, Table) {
+  const char* name = GetParam().name;
+  if (!hasTable(name)) {
+    GTEST_SKIP() << "the module " << name << " has no table yet";
+  }
+  recordEntries(GetParam());
+  const std::string chunk = std::string("local failures failures, stats = require('run').module('") + name + "', '" +
+                            kFolder + "tables/', entries, " + (VYR_EVERY_OPERATION ? "true" : "false") +
+                            ") return failures";
+  const std::vector<std::string> failures = texts(chunk);
+  for (const std::string& failure : failures) {
+    ADD_FAILURE() << failure;
+  }
+  EXPECT_GT(statistic("cases"), 0) << "nothing was tried";
+  std::printf("%s: %d overloads, %d constructors, %d constants, %d variables; %d cases; %d operations seen\n", name,
+              statistic("overloads"), statistic("constructors"), statistic("constants"), statistic("variables"),
+              statistic("cases"), statistic("observed"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Modules, ConformanceOf, ::testing::ValuesIn(kModules),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+TEST_F(Conformance, Complete) {
+  std::size_t missing = 0;
+  std::string report;
+  for (const Module& module : kModules) {
+    recordEntries(module);
+    const std::vector<std::string> list =
+        texts(std::string("return require('run').missing('") + module.name + "', '" + kFolder + "tables/', entries)");
+    if (hasTable(module.name)) {
+      for (const std::string& text : list) {
+        ADD_FAILURE() << "no case: " << text;
+      }
+    } else {
+      report += std::string(report.empty() ? "" : ", ") + module.name + " (" + std::to_string(list.size()) + ")";
+    }
+    missing += list.size();
+  }
+  if (missing > 0) {
+    GTEST_SKIP() << missing << " entries without a case; modules without a table: " << report;
+  }
+}
+
+} // namespace

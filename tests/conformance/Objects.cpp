@@ -1,0 +1,217 @@
+#include "Objects.h"
+
+#include <osg/Camera>
+#include <osg/ColorMask>
+#include <osg/CopyOp>
+#include <osg/Depth>
+#include <osg/Group>
+#include <osg/Image>
+#include <osg/MatrixTransform>
+#include <osg/Shape>
+#include <osg/State>
+#include <osg/StateSet>
+#include <osg/Texture2D>
+#include <osg/Uniform>
+#include <osg/Viewport>
+#include <osg/observer_ptr>
+#include <vyr/observer_ptr.h>
+#include <vyrOSG/CameraData.h>
+#include <vyrOSG/DeformableHeightFieldRenderer.h>
+#include <vyrOSG/ExampleApplication.h>
+#include <vyrOSG/ForceArrowRenderer.h>
+#include <vyrOSG/GeometryNode.h>
+#include <vyrOSG/Group.h>
+#include <vyrOSG/HudTextManager.h>
+#include <vyrOSG/ImageCapture.h>
+#include <vyrOSG/Node.h>
+#include <vyrOSG/PressureFieldRenderer.h>
+#include <vyrOSG/PressureFromContacts.h>
+#include <vyrOSG/PressureRenderer.h>
+#include <vyrOSG/RenderStateManager.h>
+#include <vyrOSG/RenderToTexture.h>
+#include <vyrOSG/RockGenerator.h>
+#include <vyrOSG/SceneDecorator.h>
+#include <vyrOSG/SimulationObject.h>
+#include <vyrOSG/SimulationPausedPrinter.h>
+#include <vyrOSG/SimulationTimePrinter.h>
+#include <vyrOSG/SplineRenderer.h>
+#include <vyrOSG/TerrainRenderer.h>
+#include <vyrOSG/Text.h>
+#include <vyrOSG/Transform.h>
+#include <vyrOSG/Tree.h>
+#include <vyrOSG/TreeRenderer.h>
+#include <vyrOSG/WireRenderer.h>
+#include <vyrSDK/PickResult.h>
+
+#include <map>
+#include <memory>
+#include <type_traits>
+#include <vector>
+
+namespace {
+
+using conformance::CountedType;
+using conformance::FieldReader;
+using conformance::FieldValue;
+
+/// Says whether an object has been destroyed.
+struct Watch {
+  virtual ~Watch() = default;
+  virtual bool gone() const = 0;
+};
+
+template <class Pointer>
+struct PointerWatch : Watch {
+  explicit PointerWatch(Pointer object)
+      : pointer(object) {}
+  bool gone() const override { return !pointer.valid(); }
+  Pointer pointer;
+};
+
+std::vector<std::unique_ptr<Watch>>& watches() {
+  static std::vector<std::unique_ptr<Watch>> list;
+  return list;
+}
+
+template <class Pointer>
+int addWatch(Pointer pointer) {
+  watches().push_back(std::make_unique<PointerWatch<Pointer>>(pointer));
+  return static_cast<int>(watches().size()) - 1;
+}
+
+template <class T>
+CountedType counted() {
+  // Written out because the destructors of counted objects are not for everybody.
+  if constexpr (std::is_base_of_v<osg::Referenced, T>) {
+    return {[](void* object) { return static_cast<T*>(object)->referenceCount(); },
+            [](void* object) { static_cast<T*>(object)->ref(); },
+            [](void* object) { static_cast<T*>(object)->unref(); },
+            [](void* object) { static_cast<T*>(object)->unref_nodelete(); },
+            [](void* object) { return addWatch(osg::observer_ptr<T>(static_cast<T*>(object))); }};
+  } else {
+    return {[](void* object) { return static_cast<int>(static_cast<T*>(object)->getReferenceCount()); },
+            [](void* object) { static_cast<T*>(object)->ref(); },
+            [](void* object) { static_cast<T*>(object)->unref(); },
+            [](void* object) { static_cast<T*>(object)->unrefWithoutDelete(); },
+            [](void* object) { return addWatch(vyr::observer_ptr<T>(static_cast<T*>(object))); }};
+  }
+}
+
+template <class Owner, class Type>
+FieldValue valueOf(void* object, Type Owner::*field) {
+  Type& value = static_cast<Owner*>(object)->*field;
+  FieldValue result;
+  if constexpr (std::is_arithmetic_v<Type>) {
+    result.number = static_cast<double>(value);
+    result.isBoolean = std::is_same_v<Type, bool>;
+  } else {
+    result.isObject = true;
+    result.address = &value;
+  }
+  return result;
+}
+
+} // namespace
+
+const CountedType* conformance::countedType(const std::string& type) {
+  static const std::map<std::string, CountedType> types = {
+      {"osg::Camera", counted<osg::Camera>()},
+      {"osg::Geode", counted<osg::Geode>()},
+      {"osg::Group", counted<osg::Group>()},
+      {"osg::HeightField", counted<osg::HeightField>()},
+      {"osg::MatrixTransform", counted<osg::MatrixTransform>()},
+      {"osg::Node", counted<osg::Node>()},
+      {"osg::StateSet", counted<osg::StateSet>()},
+      {"osg::Transform", counted<osg::Transform>()},
+      {"osg::Uniform", counted<osg::Uniform>()},
+      {"osg::Uniform::Callback", counted<osg::Uniform::Callback>()},
+      {"vyrOSG::DeformableHeightFieldRenderer", counted<vyrOSG::DeformableHeightFieldRenderer>()},
+      {"vyrOSG::ExampleApplication", counted<vyrOSG::ExampleApplication>()},
+      {"vyrOSG::ForceArrowRenderer", counted<vyrOSG::ForceArrowRenderer>()},
+      {"vyrOSG::GeometryNode", counted<vyrOSG::GeometryNode>()},
+      {"vyrOSG::Group", counted<vyrOSG::Group>()},
+      {"vyrOSG::HudTextManager", counted<vyrOSG::HudTextManager>()},
+      {"vyrOSG::HudTextManager::ReferencedText", counted<vyrOSG::HudTextManager::ReferencedText>()},
+      {"vyrOSG::ImageCapture", counted<vyrOSG::ImageCapture>()},
+      {"vyrOSG::Node", counted<vyrOSG::Node>()},
+      {"vyrOSG::PressureFieldRenderer", counted<vyrOSG::PressureFieldRenderer>()},
+      {"vyrOSG::PressureFromContacts", counted<vyrOSG::PressureFromContacts>()},
+      {"vyrOSG::PressureRenderer", counted<vyrOSG::PressureRenderer>()},
+      {"vyrOSG::RenderStateManager::RenderState", counted<vyrOSG::RenderStateManager::RenderState>()},
+      {"vyrOSG::RenderStateManager::ShaderState", counted<vyrOSG::RenderStateManager::ShaderState>()},
+      {"vyrOSG::RenderToTexture", counted<vyrOSG::RenderToTexture>()},
+      {"vyrOSG::RockGenerator", counted<vyrOSG::RockGenerator>()},
+      {"vyrOSG::SceneDecorator", counted<vyrOSG::SceneDecorator>()},
+      {"vyrOSG::SimulationPausedPrinter", counted<vyrOSG::SimulationPausedPrinter>()},
+      {"vyrOSG::SimulationTimePrinter", counted<vyrOSG::SimulationTimePrinter>()},
+      {"vyrOSG::SplineRenderer", counted<vyrOSG::SplineRenderer>()},
+      {"vyrOSG::TerrainRenderer", counted<vyrOSG::TerrainRenderer>()},
+      {"vyrOSG::Text", counted<vyrOSG::Text>()},
+      {"vyrOSG::Transform", counted<vyrOSG::Transform>()},
+      {"vyrOSG::Tree", counted<vyrOSG::Tree>()},
+      {"vyrOSG::TreeRenderer", counted<vyrOSG::TreeRenderer>()},
+      {"vyrOSG::WireRenderer", counted<vyrOSG::WireRenderer>()},
+  };
+  const auto found = types.find(type);
+  return found != types.end() ? &found->second : nullptr;
+}
+
+bool conformance::isGone(int handle) {
+  return watches()[static_cast<std::size_t>(handle)]->gone();
+}
+
+FieldReader conformance::fieldReader(const std::string& name) {
+  using vyrOSG::CameraData;
+  using vyrSDK::PickResult;
+  static const std::map<std::string, FieldReader> readers = {
+      {"vyrSDK.PickResult.distance", [](void* o) { return valueOf(o, &PickResult::distance); }},
+      {"vyrSDK.PickResult.worldPoint", [](void* o) { return valueOf(o, &PickResult::worldPoint); }},
+      {"vyrSDK.PickResult.localPoint", [](void* o) { return valueOf(o, &PickResult::localPoint); }},
+      {"vyrSDK.PickResult.hit", [](void* o) { return valueOf(o, &PickResult::hit); }},
+      {"vyrSDK.PickResult.geometry",
+       [](void* o) {
+         FieldValue value;
+         value.isObject = true;
+         value.address = static_cast<PickResult*>(o)->geometry.get();
+         return value;
+       }},
+      {"vyrOSG.CameraData.nearClippingPlane", [](void* o) { return valueOf(o, &CameraData::nearClippingPlane); }},
+      {"vyrOSG.CameraData.farClippingPlane", [](void* o) { return valueOf(o, &CameraData::farClippingPlane); }},
+      {"vyrOSG.CameraData.fieldOfView", [](void* o) { return valueOf(o, &CameraData::fieldOfView); }},
+      {"vyrOSG.CameraData.aspectRatio", [](void* o) { return valueOf(o, &CameraData::aspectRatio); }},
+      {"vyrOSG.CameraData.valid", [](void* o) { return valueOf(o, &CameraData::valid); }},
+      {"vyrOSG.CameraData.eye", [](void* o) { return valueOf(o, &CameraData::eye); }},
+      {"vyrOSG.CameraData.center", [](void* o) { return valueOf(o, &CameraData::center); }},
+      {"vyrOSG.CameraData.up", [](void* o) { return valueOf(o, &CameraData::up); }},
+  };
+  const auto found = readers.find(name);
+  return found != readers.end() ? found->second : nullptr;
+}
+
+namespace {
+
+/// A value, or a counted object that lives as long as the process.
+template <class T>
+void* kept() {
+  if constexpr (std::is_base_of_v<osg::Referenced, T>) {
+    static const osg::ref_ptr<T> object = new T();
+    return object.get();
+  } else {
+    static T object;
+    return &object;
+  }
+}
+
+} // namespace
+
+void* conformance::givenObject(const std::string& type) {
+  static const std::map<std::string, void* (*)()> makers = {
+      {"osg::ColorMask", &kept<osg::ColorMask>},  {"osg::CopyOp", &kept<osg::CopyOp>},
+      {"osg::Image", &kept<osg::Image>},          {"osg::Matrixd", &kept<osg::Matrixd>},
+      {"osg::Matrixf", &kept<osg::Matrixf>},      {"osg::State", &kept<osg::State>},
+      {"osg::StateAttribute", &kept<osg::Depth>}, {"osg::Texture2D", &kept<osg::Texture2D>},
+      {"osg::Viewport", &kept<osg::Viewport>},
+  };
+  const auto found = makers.find(type);
+  return found != makers.end() ? found->second() : nullptr;
+}

@@ -1,0 +1,32 @@
+/// The functions of the loaded toolkit and scene-graph libraries by their readable names.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace conformance {
+
+/// Every function that the symbol tables of the loaded libraries name, local and inline ones included where a library
+/// keeps its full table.
+class Symbols {
+public:
+  /// Reads the tables of the libraries whose file names contain "libvyr", "libosg" or "libOpenThreads".
+  Symbols();
+
+  /// The readable names, parameters included, of the functions called `name`; standard strings are written std::string.
+  std::vector<std::string> named(const std::string& name) const;
+
+  /// Where a function with this readable name begins: more than one address if several libraries carry an inline copy.
+  std::vector<std::uintptr_t> addresses(const std::string& fullName) const;
+
+private:
+  std::map<std::string, std::vector<std::uintptr_t>> m_functions;
+};
+
+/// First and last address of the code of the library that `address` belongs to.
+std::pair<std::uintptr_t, std::uintptr_t> codeAround(std::uintptr_t address);
+
+} // namespace conformance
