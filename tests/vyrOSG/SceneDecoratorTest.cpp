@@ -241,7 +241,65 @@ TEST_P(ShadowMethods, DarkenTheGroundBehindTheBox) {
   EXPECT_NEAR(lit, scene.brightnessInShadow(viewer), 0.01);
 }
 
+/// A low box over a wide one: where the sun's ray through the low box meets the wide one, there must be its shadow, and
+/// next to it none, seen from the side, from straight above, and from so far below the casters' height that slices
+/// differ.
+TEST_P(ShadowMethods, DarkenAGroundThatIsABoxItself) {
+  if (GetParam() == SceneDecorator::NO_SHADOWS)
+    return;
+  OffscreenViewer viewer(160, 120);
+  if (!viewer.isReady())
+    GTEST_SKIP() << viewer.describe();
+  osg::ref_ptr<SceneDecorator> decorator = new SceneDecorator(160, 120);
+  osg::ref_ptr<vyrOSG::Group> group = new vyrOSG::Group;
+  vyr::ref_ptr<vyrCollide::Geometry> floor = new vyrCollide::Geometry(new vyrCollide::Box(vyr::Vec3(6, 6, 0.25)));
+  floor->setLocalTransform(vyr::AffineMatrix4x4::translate(0, 0, -0.25));
+  vyr::ref_ptr<vyrCollide::Geometry> box = new vyrCollide::Geometry(new vyrCollide::Box(vyr::Vec3(0.5, 0.5, 0.1)));
+  box->setLocalTransform(vyr::AffineMatrix4x4::translate(0, 0, 2));
+  vyrOSG::createVisual(floor.get(), group.get());
+  vyrOSG::createVisual(box.get(), group.get());
+  decorator->addChild(group.get());
+  decorator->calculateLightPositions(osg::BoundingSphere(osg::Vec3(), 6));
+  decorator->setShadowMethod(static_cast<SceneDecorator::ShadowMethod>(GetParam()));
+  decorator->setEnableShadows(true);
+  const vyr::Vec4 toLight = decorator->getLightSource(SceneDecorator::LIGHT0).getPosition();
+  const osg::Vec3d place(-toLight.x() * 2 / toLight.z(), -toLight.y() * 2 / toLight.z(), 0);
+  viewer.viewer()->setLightingMode(osg::View::NO_LIGHT);
+  viewer.viewer()->setSceneData(decorator.get());
+  for (const osg::Vec3d& eye : {osg::Vec3d(0, -9, 12), osg::Vec3d(0, 0, 14), osg::Vec3d(3, -6, 1.5)}) {
+    viewer.camera()->setViewMatrixAsLookAt(eye, place, eye.x() == 0 ? osg::Vec3d(0, 1, 0) : osg::Vec3d(0, 0, 1));
+    viewer.draw();
+    const osg::ref_ptr<osg::Image> picture = viewer.draw();
+    const osg::Matrixd toPicture = viewer.camera()->getViewMatrix() * viewer.camera()->getProjectionMatrix();
+    const osg::Vec3d dark = place * toPicture;
+    const osg::Vec3d lit = (place + osg::Vec3d(1.2, 0, 0)) * toPicture;
+    EXPECT_LT(brightness(pixel(*picture, 0.5 + 0.5 * dark.x(), 0.5 + 0.5 * dark.y())),
+              0.8 * brightness(pixel(*picture, 0.5 + 0.5 * lit.x(), 0.5 + 0.5 * lit.y())))
+        << "from " << eye.x() << ' ' << eye.y() << ' ' << eye.z();
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(SceneDecorator, ShadowMethods, ::testing::Range(0, 6));
+
+TEST(SceneDecorator, OutlinesTakeTheGroundsBitAndGiveItBack) {
+  OffscreenViewer viewer(32, 32);
+  if (!viewer.isReady())
+    GTEST_SKIP() << viewer.describe();
+  constexpr osg::Node::NodeMask kCasts = 0x2;
+  osg::ref_ptr<SceneDecorator> decorator = new SceneDecorator(32, 32);
+  osg::ref_ptr<vyrOSG::Group> group = new vyrOSG::Group;
+  vyr::ref_ptr<vyrCollide::Geometry> floor = new vyrCollide::Geometry(new vyrCollide::Box(vyr::Vec3(6, 6, 0.25)));
+  osg::ref_ptr<vyrOSG::GeometryNode> visual = vyrOSG::createVisual(floor.get(), group.get());
+  decorator->addChild(group.get());
+  decorator->setEnableShadows(true);
+  viewer.viewer()->setSceneData(decorator.get());
+  decorator->setShadowMethod(SceneDecorator::SHADOWTEXTURE);
+  viewer.draw();
+  EXPECT_EQ(0u, visual->getNodeMask() & kCasts);
+  decorator->setShadowMethod(SceneDecorator::SHADOWMAP);
+  viewer.draw();
+  EXPECT_EQ(kCasts, visual->getNodeMask() & kCasts);
+}
 
 TEST(SceneDecorator, ThereAreSixShadowMethods) {
   CapturedMessages messages;

@@ -1,6 +1,8 @@
 // Holds the sources of the decorator's shaders.
 #include "DecoratorShaders.h"
 
+#include "ShadowLookup.h"
+
 #include <osg/Uniform>
 
 #include <string>
@@ -31,6 +33,7 @@ void main()
 
 const char* const kFragmentHead = R"(#version 120
 #pragma import_defines(VYR_NO_LIGHT0, VYR_NO_LIGHT1, VYR_NO_LIGHT2)
+#pragma import_defines(VYR_SHADOW_TAPS, VYR_SHADOW_SPLITS, VYR_SHADOW_OUTLINE)
 uniform sampler2D vyr_baseTexture;
 uniform vec4 vyr_lightOn;
 uniform int vyr_shadowLight;
@@ -59,50 +62,13 @@ bool isSwitchedOff(int light)
 }
 )";
 
-const char* const kNoShadow = R"(
-float litShare() { return 1.0; }
-)";
-
-// Taps lie on a grid that is turned by atan(1 / TAPS): seen along a straight edge no two of them coincide, so that the
-// edge fades in TAPS * TAPS steps. An edge is at least a texel wide, and SOFTNESS of the distance to the eye.
-const char* const kShadowLookup = R"(
-uniform sampler2DShadow osgShadow_shadowTexture;
-uniform float vyr_shadowTexel;
-
-float litShare()
-{
-  vec4 place = gl_TexCoord[7];
-  if (place.w <= 0.0)
-    return 1.0;
-  // The map's share of a metre: a lamp's map shrinks with the distance to the lamp, a sun's does not.
-  float scale = length(gl_EyePlaneS[7].xyz) / place.w;
-  place /= place.w;
-  if (any(lessThan(place.xyz, vec3(0.0))) || any(greaterThan(place.xy, vec2(1.0))))
-    return 1.0;
-  // The map reaches as far as the casters do; what lies behind all of them is compared with its far end.
-  place.z = min(place.z, 1.0);
-  float spacing = max(SPACING * vyr_shadowTexel, SOFTNESS * length(vyr_position) * scale);
-  vec2 right = normalize(vec2(float(TAPS), 1.0)) * spacing;
-  vec2 up = vec2(-right.y, right.x);
-  float sum = 0.0;
-  for (int row = 0; row < TAPS; ++row) {
-    for (int column = 0; column < TAPS; ++column) {
-      vec2 tap = vec2(float(column), float(row)) - 0.5 * float(TAPS - 1);
-      vec2 offset = right * tap.x + up * tap.y;
-      sum += shadow2D(osgShadow_shadowTexture, vec3(place.xy + offset, place.z)).r;
-    }
-  }
-  return sum / float(TAPS * TAPS);
-}
-)";
-
 const char* const kFragmentMain = R"(
 void main()
 {
   vec3 normal = normalize(gl_FrontFacing ? vyr_normal : -vyr_normal);
   vec3 eye = normalize(-vyr_position);
   vec4 surface = gl_Color * texture2D(vyr_baseTexture, gl_TexCoord[0].xy);
-  float lit = litShare();
+  float lit = litShare(vyr_position);
 
   vec3 up = normalize((osg_ViewMatrix * vec4(0.0, 0.0, 1.0, 0.0)).xyz);
   vec3 light = gl_LightModel.ambient.rgb * mix(0.70, 1.20, 0.5 + 0.5 * dot(normal, up));
@@ -139,27 +105,9 @@ osg::ref_ptr<osg::Shader> DecoratorShaders::makeVertexShader() {
   return new osg::Shader(osg::Shader::VERTEX, kVertexSource);
 }
 
-osg::ref_ptr<osg::Shader> DecoratorShaders::makeFragmentShader(ShadowFilter filter) {
-  std::string source = std::string(kFragmentHead) + kLightSwitches;
-  switch (filter) {
-  case ShadowFilter::NONE:
-    source += kNoShadow;
-    break;
-  case ShadowFilter::CRISP:
-    source +=
-        std::string("const int TAPS = 1;\nconst float SPACING = 0.0;\nconst float SOFTNESS = 0.0;\n") + kShadowLookup;
-    break;
-  case ShadowFilter::SMOOTH:
-    source +=
-        std::string("const int TAPS = 2;\nconst float SPACING = 1.0;\nconst float SOFTNESS = 0.0;\n") + kShadowLookup;
-    break;
-  case ShadowFilter::SOFT:
-    source += std::string("const int TAPS = 6;\nconst float SPACING = 1.0;\nconst float SOFTNESS = 0.0016;\n") +
-              kShadowLookup;
-    break;
-  }
-  source += kFragmentMain;
-  return new osg::Shader(osg::Shader::FRAGMENT, source);
+osg::ref_ptr<osg::Shader> DecoratorShaders::makeFragmentShader() {
+  return new osg::Shader(osg::Shader::FRAGMENT,
+                         std::string(kFragmentHead) + kLightSwitches + shadowLookupSource() + kFragmentMain);
 }
 
 void DecoratorShaders::addUniforms(osg::StateSet* state) {
@@ -168,6 +116,7 @@ void DecoratorShaders::addUniforms(osg::StateSet* state) {
   state->addUniform(new osg::Uniform("vyr_lightOn", osg::Vec4(1.0f, 1.0f, 1.0f, 0.0f)));
   state->addUniform(new osg::Uniform("vyr_shadowLight", 0));
   state->addUniform(new osg::Uniform("vyr_shadowTexel", 1.0f / 2048.0f));
+  state->addUniform(new osg::Uniform("vyr_isGround", 0.0f));
 }
 
 osg::ref_ptr<osg::Uniform> DecoratorShaders::makeMaterialUniform() {

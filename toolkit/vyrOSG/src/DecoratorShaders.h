@@ -7,9 +7,6 @@
 
 namespace vyrOSG {
 
-/// How sharply shadows are looked up in the shadow map.
-enum class ShadowFilter { NONE, CRISP, SMOOTH, SOFT };
-
 /// GLSL 1.20 for the compatibility profile: the lights are the fixed pipeline's, so that whatever sets those is
 /// followed.
 ///
@@ -19,13 +16,14 @@ enum class ShadowFilter { NONE, CRISP, SMOOTH, SOFT };
 /// filtering).
 class DecoratorShaders {
 public:
-  /// Texture unit of the shadow map: the last one that has texture coordinates, out of the way of the scene's own.
+  /// Texture unit of the shadow map: the last one that has texture coordinates, out of the way of the scene's own. The
+  /// maps of slices take the two units behind it as well.
   static constexpr unsigned kShadowUnit = 7;
 
   /// *Returns new*.
   static osg::ref_ptr<osg::Shader> makeVertexShader();
   /// *Returns new*.
-  static osg::ref_ptr<osg::Shader> makeFragmentShader(ShadowFilter filter);
+  static osg::ref_ptr<osg::Shader> makeFragmentShader();
 
   /// Gives @p state every uniform that the shaders read, with values for plain surfaces.
   static void addUniforms(osg::StateSet* state);

@@ -14,13 +14,15 @@
 
 namespace vyrOSG {
 
+class OutlineShadows;
+class SplitShadows;
+
 /// Puts a shadow technique, or none, above the scene.
-///
-/// Endless planes receive shadows and cast none: as casters they would stretch the shadow map over all the ground.
 class DecoratorShadows {
 public:
   /// @param state the decorator's state set (*retains*): base texture and shader uniforms go there.
   explicit DecoratorShadows(osg::StateSet* state);
+  ~DecoratorShadows();
 
   /// The node above the scene. *Returns inner*.
   osg::Group* getNode() { return m_above.get(); }
@@ -38,18 +40,21 @@ public:
 
   void setBaseTexture(osg::Texture2D* texture);
 
-  /// Tells shadows and shaders about nodes that came into the scene; call it before each frame.
+  /// Tells shadows and shaders what is in the scene and where; call it in each frame, once all stands at its place.
   void update();
 
 private:
-  bool needsScan() const;
-  void applyShadowMap(ShadowFilter filter, int resolution, osg::LightSource* light);
+  /// @param taps looks a pixel, along each side of the map.
+  void applyShadowMap(const char* taps, int resolution, osg::LightSource* light);
+  void setTexel(int resolution);
 
   osg::ref_ptr<osg::StateSet> m_state;
   osg::ref_ptr<osg::Group> m_above;
   osg::ref_ptr<osg::Group> m_scene;
   osg::ref_ptr<osgShadow::ShadowedScene> m_shadowed;
-  bool m_mapped;
+  osg::ref_ptr<SplitShadows> m_splits;
+  osg::ref_ptr<OutlineShadows> m_outlines;
+  SceneDecorator::ShadowMethod m_method;
   bool m_shaderState;
 };
 

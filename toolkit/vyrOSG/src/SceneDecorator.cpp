@@ -77,9 +77,9 @@ void SceneDecorator::traverse(osg::NodeVisitor& visitor) {
     osg::Group::traverse(visitor);
     return;
   }
+  m_dress->accept(visitor);
   if (visitor.getVisitorType() == osg::NodeVisitor::UPDATE_VISITOR)
     m_shadows->update();
-  m_dress->accept(visitor);
 }
 
 void SceneDecorator::resizeGLObjectBuffers(unsigned int maxSize) {

@@ -1,7 +1,11 @@
 // Lights surfaces per pixel with normal, height, specular, shadow, sphere and cube maps.
 #include "SurfaceShader.h"
 
+#include "ShadowLookup.h"
+
 #include <osg/Uniform>
+
+#include <string>
 
 namespace vyrOSG::surface {
 
@@ -35,12 +39,12 @@ void main() {
 // Tangent space without tangents from the mesh. Source: C. Schueler, "Normal Mapping without Precomputed Tangents",
 // ShaderX5, section 2.6: the tangent frame follows from the screen derivatives of position and texture coordinates.
 // Height map: steep parallax mapping. Source: M. McGuire, M. McGuire, "Steep Parallax Mapping", I3D 2005 poster.
-const char* const kFragmentShader = R"(
+const char* const kFragmentHead = R"(
 #version 120
 #pragma import_defines(VYR_DIFFUSE_TEXTURE, VYR_SHADOW_TEXTURE, VYR_SHADOW_JITTER_TEXTURE, VYR_NORMALMAP_TEXTURE)
 #pragma import_defines(VYR_HEIGHTMAP_TEXTURE, VYR_SPECULARMAP_TEXTURE, VYR_SPHEREMAP_TEXTURE, VYR_CUBEMAP_TEXTURE)
 #pragma import_defines(VYR_NO_LIGHT0, VYR_NO_LIGHT1, VYR_NO_LIGHT2, VYR_NO_LIGHT3)
-#pragma import_defines(VYR_DECORATED, VYR_SHADOW_TAPS)
+#pragma import_defines(VYR_DECORATED, VYR_SHADOW_TAPS, VYR_SHADOW_SPLITS, VYR_SHADOW_OUTLINE)
 #pragma import_defines(VYR_NO_LIGHT4, VYR_NO_LIGHT5, VYR_NO_LIGHT6, VYR_NO_LIGHT7)
 varying vec3 eyePosition;
 varying vec3 eyeNormal;
@@ -60,34 +64,9 @@ uniform samplerCube vyr_cubeMap;
 uniform vec4 vyr_lightOn;
 uniform int vyr_shadowLight;
 #endif
-#ifdef VYR_SHADOW_TAPS
-uniform sampler2DShadow osgShadow_shadowTexture;
-uniform float vyr_shadowTexel;
-#endif
+)";
 
-// The share of the casting light that no shadow takes away, as the decorator's own shader has it.
-float litShare() {
-#ifdef VYR_SHADOW_TAPS
-  vec4 place = gl_TexCoord[7];
-  if (place.w <= 0.0)
-    return 1.0;
-  place /= place.w;
-  if (any(lessThan(place.xyz, vec3(0.0))) || any(greaterThan(place.xyz, vec3(1.0))))
-    return 1.0;
-  const float kSpacing = VYR_SHADOW_TAPS > 2 ? 1.6 : 1.0;
-  float sum = 0.0;
-  for (int row = 0; row < VYR_SHADOW_TAPS; ++row) {
-    for (int column = 0; column < VYR_SHADOW_TAPS; ++column) {
-      vec2 offset = (vec2(float(column), float(row)) - 0.5 * float(VYR_SHADOW_TAPS - 1)) * kSpacing * vyr_shadowTexel;
-      sum += shadow2D(osgShadow_shadowTexture, vec3(place.xy + offset, place.z)).r;
-    }
-  }
-  return sum / float(VYR_SHADOW_TAPS * VYR_SHADOW_TAPS);
-#else
-  return 1.0;
-#endif
-}
-
+const char* const kFragmentMain = R"(
 vec2 mapCoord(int unit, vec2 coord) { return (gl_TextureMatrix[unit] * vec4(coord, 0.0, 1.0)).xy; }
 
 // Columns: the directions of u and v on the surface and its normal, in eye space.
@@ -111,7 +90,7 @@ void addLight(int i, vec3 normal, vec3 toEye, inout vec3 diffuse, inout vec3 amb
   if (i < 3 && vyr_lightOn[i] < 0.5)
     return;
   if (i == vyr_shadowLight)
-    strength = litShare();
+    strength = litShare(eyePosition);
 #endif
   vec4 place = gl_LightSource[i].position;
   vec3 toLight = place.xyz - (place.w == 0.0 ? vec3(0.0) : eyePosition * place.w);
@@ -252,7 +231,8 @@ osg::Program* surfaceProgram() {
     s_program = new osg::Program;
     s_program->setName("surface");
     s_program->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
-    s_program->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
+    s_program->addShader(
+        new osg::Shader(osg::Shader::FRAGMENT, std::string(kFragmentHead) + shadowLookupSource() + kFragmentMain));
   }
   return s_program.get();
 }
