@@ -1,6 +1,6 @@
 # The commands of everyday work; each one installs and builds what it needs first.
 
-.PHONY: setup build run test sanitize-build sanitize tsan coverage bench format tidy manifests clean
+.PHONY: setup build run test sanitize-build sanitize fuzz tsan coverage bench format tidy manifests clean
 
 JOBS ?= $(shell nproc)
 
@@ -27,6 +27,11 @@ sanitize-build: setup
 
 sanitize: sanitize-build
 	ctest --test-dir build-asan --output-on-failure -j $(JOBS)
+
+# Random calls of everything that is bound, in both builds; CALLS and SEED set how many and where they begin.
+fuzz: build sanitize-build
+	scripts/fuzz.sh build $(or $(CALLS),1000000) $(or $(SEED),1)
+	scripts/fuzz.sh build-asan $(or $(CALLS),1000000) $(or $(SEED),1) 50000
 
 # The reference counts and observers of the core library under ThreadSanitizer.
 tsan: setup

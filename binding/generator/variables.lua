@@ -102,7 +102,8 @@ local function writeArrayAccess(a, name)
   line(string.format("static int %s(lua_State* %s)", name, S))
   line("{")
   line("  int index;")
-  line(string.format("  %s* const self = vyrBinding::arrayOwner<%s>(%s, %s, &index);", a.parent.type, a.parent.type, S, a.dim))
+  line(string.format("  %s* const self = vyrBinding::arrayOwner<%s>(%s, \"%s\", %s, &index);", a.parent.type, a.parent.type,
+    S, a.parent.type, a.dim))
 end
 
 function classArray:supcode()

@@ -144,6 +144,24 @@ TEST_F(Ownership, ViewsKeepTheirOwnerAlive) {
   EXPECT_EQ(before, Assembly::alive());
 }
 
+TEST_F(Ownership, ViewsGoWithADeletedOwner) {
+  lua.run("a = machine.Assembly() view = a.origin other = a:getOrigin() a:delete()");
+  EXPECT_EQ(nullptr, global<void>("view"));
+  EXPECT_EQ(nullptr, global<void>("other"));
+  EXPECT_EQ("false false",
+            lua.run("return (pcall(function() return view._v[1] end)), (pcall(function() return other._v[0] end))"));
+  lua.collect();
+}
+
+TEST_F(Ownership, AnArrayWithoutItsOwnerHasNoElements) {
+  lua.run("array = machine.Vector()._v");
+  lua.collect();
+  EXPECT_EQ("false", lua.eval("(pcall(function() return array[1] end))"));
+  EXPECT_EQ("false", lua.eval("(pcall(function() array[1] = 2 end))"));
+  lua.run("a = machine.Assembly() array = a.origin._v");
+  EXPECT_EQ("6", lua.run("array[1] = 6 return a.origin._v[1]"));
+}
+
 TEST_F(Ownership, ViewsStillTakeFieldsOfScripts) {
   EXPECT_EQ("note 6", lua.run("local a = machine.Assembly() local v = a.origin v.remark = 'note' v._v[0] = 6"
                               " local again = a.origin return again.remark, again._v[0]"));

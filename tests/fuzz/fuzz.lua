@@ -25,8 +25,8 @@ local kMadeByNewOnly = {
   ["osg::HeightField"] = true, ["osg::StateSet"] = true, ["osg::Uniform"] = true, ["osg::Uniform::Callback"] = true,
   ["vyrOSG::Node"] = true, ["vyrOSG::Group"] = true, ["vyrOSG::Transform"] = true,
 }
--- A time in seconds that the call simulates: it takes as long as it is asked to.
-local kSimulating = { ["vyrSDK.Simulation.stepTo"] = true }
+-- Calls that take as long as a number tells them to: seconds to simulate, stones to shape.
+local kTakesItsTime = { ["vyrSDK.Simulation.stepTo"] = true, ["vyrOSG.RockGenerator.generateRocks"] = true }
 local kCallsBetweenCleanups = 2000
 
 local options = { seed = 1, calls = 20000, collect = 0, only = "" }
@@ -40,6 +40,7 @@ local trace = options.trace and assert(io.open(options.trace, "w"))
 if trace then trace:setvbuf("no") end
 
 local count, results = 0, { ok = 0, errors = 0 }
+local keptArrays = {} -- some outlive their owners
 
 -- Makes one call under protection, keeps the objects that come back, and remembers what it was.
 local function attempt(name, call, count_, ...)
@@ -47,7 +48,11 @@ local function attempt(name, call, count_, ...)
   if trace then
     local shown = {}
     for index = 1, count_ do shown[index] = values.show((select(index, ...))) end
-    if count % 10000 == 0 then trace:seek("set", 0) end
+    if count % 10000 == 0 then
+      trace:close()
+      trace = assert(io.open(options.trace, "w"))
+      trace:setvbuf("no")
+    end
     trace:write(count, " ", name, "(", table.concat(shown, ", "), ")\n")
   end
   local function collect(ok, ...)
@@ -127,7 +132,7 @@ function callFunction(entry)
   else
     for _ = 1, random.integer(0, 4) do give(values.anything()) end
   end
-  for index = 1, kSimulating[entry.name] and length or 0 do
+  for index = 1, kTakesItsTime[entry.name] and length or 0 do
     local value = arguments[index]
     if type(value) == "number" and value > 10 and value < 1 / 0 then arguments[index] = 1 end
   end
@@ -176,7 +181,12 @@ local function useArray()
   local object = make(api.types[array.class])
   local index = random.chance(0.8) and values.number(true) or values.anything()
   local value = random.chance(0.8) and values.number() or values.anything()
-  if random.chance(0.5) then
+  if random.chance(0.3) then
+    local kept = random.integer(1, 8)
+    if type(object) == "userdata" and random.chance(0.3) then keptArrays[kept] = object[array.name] end
+    attempt("read a kept array", function() return keptArrays[kept][index] end, 1, index)
+    attempt("write a kept array", function() keptArrays[kept][index] = value end, 2, index, value)
+  elseif random.chance(0.5) then
     attempt("read " .. array.class .. "." .. array.name, function() return object[array.name][index] end, 2, object, index)
   else
     attempt("write " .. array.class .. "." .. array.name, function() object[array.name][index] = value end, 3, object, index,

@@ -97,4 +97,25 @@ function testRoomForAbsurdlyManyNumbersIsRefused()
   check.equal(numbers:size(), 0)
 end
 
+function testViewGoesWithItsObject()
+  local camera, owner = osg.Camera:new(), osg.Geode:new()
+  local color = camera:getClearColor()
+  local keeper = osg.Camera()
+  keeper:addChild(owner)
+  local object = vyrOSG.SimulationObject(vyrCollide.Geometry(vyrCollide.Sphere(1)), nil, camera)
+  object:delete()
+  check.isFalse((pcall(function() color.r = 2 end)))
+end
+
+function testBranchOutlivesItsTree()
+  local tree = vyrModel.Tree()
+  tree:grow()
+  local branch = tree:getBranch(0)
+  local length = branch.length
+  tree = nil
+  collectgarbage()
+  check.equal(branch.length, length)
+  check.isTrue(branch.body ~= nil)
+end
+
 check.run()

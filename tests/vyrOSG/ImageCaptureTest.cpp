@@ -221,6 +221,8 @@ TEST_F(ImageCaptureTest, AFailureKeepsEarlierImages) {
 TEST_F(ImageCaptureTest, IncImageNumGivesTheNewNumber) {
   EXPECT_EQ(capture->incImageNum(), 1);
   EXPECT_EQ(capture->getImageNum(), 1);
+  capture->startCapture(2147483647);
+  EXPECT_EQ(capture->incImageNum(), 2147483647);
 }
 
 TEST_F(ImageCaptureTest, WithoutAPictureACaptureStops) {

@@ -109,8 +109,9 @@ TEST(Simulation, ClockCountsSteps) {
   EXPECT_FALSE(simulation->setTimeStep(0.0));
   EXPECT_FALSE(simulation->setTimeStep(std::nan("")));
   EXPECT_FALSE(simulation->setNumIterations(0));
+  EXPECT_FALSE(simulation->setNumIterations(2147483647));
   simulation->setGravity(vyr::Vec3(std::nan(""), 0.0, 0.0));
-  EXPECT_EQ(messages.get().size(), 4u);
+  EXPECT_EQ(messages.get().size(), 5u);
   EXPECT_EQ(simulation->getGravity(), vyr::Vec3(0.0, 0.0, -9.80665));
 }
 

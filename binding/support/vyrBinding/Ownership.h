@@ -1,6 +1,8 @@
 /// What Lua's ownership of an object means for each kind of object: counted ones are held, plain ones deleted.
 #pragma once
 
+#include <vyrBinding/Views.h>
+
 #include <tolua++.h>
 
 #include <type_traits>
@@ -53,8 +55,26 @@ void release(T* object) {
     delete object;
 }
 
-/// Makes the runtime forget the object of the userdata at `position`: later calls see a null self, and collection does
-/// nothing.
+inline void forget(lua_State* state, int position);
+
+/// Makes the runtime forget what points into the object of the userdata at `position`.
+inline void forgetViews(lua_State* state, int position) {
+  luaL_checkstack(state, 10, "views of views");
+  pushViews(state);
+  lua_pushvalue(state, position);
+  lua_rawget(state, -2);
+  if (lua_istable(state, -1)) {
+    lua_pushnil(state);
+    while (lua_next(state, -2) != 0) {
+      lua_pop(state, 1);
+      forget(state, lua_gettop(state));
+    }
+  }
+  lua_pop(state, 2);
+}
+
+/// Makes the runtime forget the object of the userdata at `position`, and all views into it: later calls see a null
+/// self, and collection does nothing.
 inline void forget(lua_State* state, int position) {
   void** box = static_cast<void**>(lua_touserdata(state, position));
   if (box == nullptr || *box == nullptr)
@@ -85,6 +105,7 @@ inline void forget(lua_State* state, int position) {
     lua_pop(state, 2);
   }
   *box = nullptr;
+  forgetViews(state, position);
 }
 
 /// A script's `delete`: the object goes, and Lua forgets it first, so that collection cannot delete it again.

@@ -16,6 +16,9 @@ constexpr const char* kThread = "vyr.retirer";        // the stack that the reti
 constexpr const char* kBoxes = "vyr.retirer.boxes";   // the runtime's tables address -> userdata, 1..n
 constexpr const char* kDeleted = "vyr.retirer.types"; // type name -> metatable of its retired userdata
 constexpr const char* kFunction = "vyr.retirer.function";
+// The bindings' table: userdata of an owner -> set of the userdata that point into it.
+constexpr const char* kViews = "vyr.views";
+constexpr const char* kDeletedPrefix = "deleted ";
 /// The runtime's own key for such a table.
 constexpr const char* kUbox = "tolua_ubox";
 
@@ -43,12 +46,12 @@ void pushDeletedMetatable(lua_State* state) {
       lua_pushcclosure(state, &raiseDeleted, 1);
       lua_setfield(state, -2, event);
     }
-    lua_pushfstring(state, "deleted %s", type);
+    lua_pushfstring(state, "%s%s", kDeletedPrefix, type);
     lua_pushcclosure(state, &nameDeleted, 1);
     lua_setfield(state, -2, "__tostring");
     // The runtime looks a userdata's type name up under its metatable.
     lua_pushvalue(state, -1);
-    lua_pushfstring(state, "deleted %s", type);
+    lua_pushfstring(state, "%s%s", kDeletedPrefix, type);
     lua_rawset(state, LUA_REGISTRYINDEX);
     lua_pushvalue(state, -3);
     lua_pushvalue(state, -2);
@@ -74,6 +77,70 @@ void removeEntry(lua_State* state, int table, const void* address) {
   lua_pushlightuserdata(state, const_cast<void*>(address));
   lua_pushnil(state);
   lua_rawset(state, table < 0 ? table - 2 : table);
+}
+
+/// Pushes the table in which the runtime lists the userdata on top, or another value.
+void pushBoxes(lua_State* state) {
+  if (lua_getmetatable(state, -1) != 0) {
+    lua_pushstring(state, kUbox);
+    lua_rawget(state, -2);
+    lua_remove(state, -2);
+    if (lua_istable(state, -1))
+      return;
+    lua_pop(state, 1);
+  }
+  lua_getfield(state, LUA_REGISTRYINDEX, kUbox);
+}
+
+/// Calls a function for each userdata that points into the object of the one on top.
+template <class Function>
+void forEachView(lua_State* state, Function function) {
+  if (lua_checkstack(state, LUA_MINSTACK) == 0)
+    return;
+  lua_getfield(state, LUA_REGISTRYINDEX, kViews);
+  if (lua_istable(state, -1)) {
+    lua_pushvalue(state, -2);
+    lua_rawget(state, -2);
+    if (lua_istable(state, -1)) {
+      lua_pushnil(state);
+      while (lua_next(state, -2) != 0) {
+        lua_pop(state, 1);
+        function(state);
+      }
+    }
+    lua_pop(state, 1);
+  }
+  lua_pop(state, 1);
+}
+
+/// Lets the userdata on top, and those that point into its object, point nowhere. Takes no memory.
+void detach(lua_State* state) {
+  void** box = static_cast<void**>(lua_touserdata(state, -1));
+  const void* address = *box;
+  if (address == nullptr)
+    return;
+  *box = nullptr;
+  pushBoxes(state);
+  if (lua_istable(state, -1))
+    removeEntry(state, -1, address);
+  // Collection would release the object a second time.
+  lua_getfield(state, LUA_REGISTRYINDEX, "tolua_gc");
+  if (lua_istable(state, -1))
+    removeEntry(state, -1, address);
+  lua_pop(state, 2);
+  forEachView(state, &detach);
+}
+
+/// Gives the userdata on top, and those that point into its object, the metatable that explains itself.
+void markDeleted(lua_State* state) {
+  forEachView(state, &markDeleted);
+  pushTypeName(state);
+  // A view of two handles of one object may be marked already.
+  if (std::strncmp(lua_tostring(state, -1), kDeletedPrefix, std::strlen(kDeletedPrefix)) != 0) {
+    pushDeletedMetatable(state);
+    lua_setmetatable(state, -3);
+  }
+  lua_pop(state, 1);
 }
 
 } // namespace
@@ -142,16 +209,9 @@ void ObjectRetirer::retireIn(lua_State* state, int boxes, const void* address) {
   lua_rawget(state, boxes);
   if (lua_type(state, -1) != LUA_TUSERDATA)
     return;
-  *static_cast<void**>(lua_touserdata(state, -1)) = nullptr;
+  detach(state);
   removeEntry(state, boxes, address);
-  // Collection would release the object a second time.
-  lua_getfield(state, LUA_REGISTRYINDEX, "tolua_gc");
-  if (lua_istable(state, -1))
-    removeEntry(state, -1, address);
-  lua_pop(state, 1);
-  pushTypeName(state);
-  pushDeletedMetatable(state);
-  lua_setmetatable(state, -3);
+  markDeleted(state);
 }
 
 int ObjectRetirer::retireProtected(lua_State* state) {

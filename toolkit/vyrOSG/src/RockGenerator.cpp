@@ -135,9 +135,9 @@ void draw(vyr::RigidBody* body, const std::vector<RockBlock>& blocks, vyrOSG::Gr
   const double warmth = random.uniform(-0.02, 0.05);
   const osg::Vec4 color(float(0.52 * light + warmth), float(0.50 * light), float(0.47 * light - warmth), 1);
   const unsigned int level = blocks.size() > 1 ? 3 : 4;
-  vyrOSG::createVisual(body, group);
+  vyrOSG::Group* const visual = vyrOSG::createVisual(body, group);
   for (size_t i = 0; i < blocks.size(); ++i) {
-    vyrOSG::GeometryNode* node = vyrOSG::findGeometryNode(body->getGeometries()[i].get(), group);
+    vyrOSG::GeometryNode* node = vyrOSG::findGeometryNode(body->getGeometries()[i].get(), visual);
     node->setRenderChild(vyrOSG::GeometryNode::RENDER_DATA,
                          static_cast<osg::Node*>(makeRockVisual(blocks[i], color, unsigned(i), level).get()));
   }

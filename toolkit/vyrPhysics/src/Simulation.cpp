@@ -16,6 +16,13 @@ namespace vyrSDK {
 
 using vyrPhysics::toBullet;
 
+namespace {
+
+// No scene needs more; a step would not end in anybody's patience.
+constexpr int kMostIterations = 100000;
+
+} // namespace
+
 Simulation::Simulation()
     : m_native(std::make_unique<SimulationNative>())
     , m_space(new vyrCollide::Space)
@@ -82,8 +89,8 @@ void Simulation::setSolver(SolverType type) {
 }
 
 bool Simulation::setNumIterations(int iterations) {
-  if (iterations < 1) {
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "the solver needs at least 1 iteration, not " << iterations;
+  if (iterations < 1 || iterations > kMostIterations) {
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "the solver needs 1 to " << kMostIterations << " iterations, not " << iterations;
     return false;
   }
   m_iterations = iterations;

@@ -10,6 +10,7 @@
 #include <osg/Image>
 
 #include <cstddef>
+#include <limits>
 #include <mutex>
 #include <string>
 
@@ -93,8 +94,8 @@ public:
 
   /// Gets the number of the next image.
   int getImageNum() const { return m_imageNum; }
-  /// Adds one to the number of the next image and gives the new number.
-  int incImageNum() { return ++m_imageNum; }
+  /// Adds one to the number of the next image and gives the new number; the greatest number stays.
+  int incImageNum() { return m_imageNum < std::numeric_limits<int>::max() ? ++m_imageNum : m_imageNum; }
 
   /// Begins a new interval: the next image is due one interval after the next time that the recorder is told.
   void resetTime() {

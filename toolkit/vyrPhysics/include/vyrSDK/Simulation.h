@@ -109,7 +109,7 @@ public:
   void setSolver(SolverType type);
   SolverType getSolver() const { return m_solver; }
 
-  /// Iterations of the ITERATIVE solver, at least 1. Default: 30.
+  /// Iterations of the ITERATIVE solver, 1 to 100000. Default: 30.
   bool setNumIterations(int iterations);
   int getNumIterations() const { return m_iterations; }
 
