@@ -6,10 +6,13 @@
 #include <osg/Depth>
 #include <osg/Group>
 #include <osg/Image>
+#include <osg/LightSource>
 #include <osg/MatrixTransform>
+#include <osg/Shader>
 #include <osg/Shape>
 #include <osg/State>
 #include <osg/StateSet>
+#include <osg/TexMat>
 #include <osg/Texture2D>
 #include <osg/Uniform>
 #include <osg/Viewport>
@@ -202,15 +205,34 @@ void* kept() {
   }
 }
 
+/// Interfaces pass this enumeration as an object.
+void* shaderType() {
+  static osg::Shader::Type type = osg::Shader::FRAGMENT;
+  return &type;
+}
+
 } // namespace
 
 void* conformance::givenObject(const std::string& type) {
   static const std::map<std::string, void* (*)()> makers = {
-      {"osg::ColorMask", &kept<osg::ColorMask>},  {"osg::CopyOp", &kept<osg::CopyOp>},
-      {"osg::Image", &kept<osg::Image>},          {"osg::Matrixd", &kept<osg::Matrixd>},
-      {"osg::Matrixf", &kept<osg::Matrixf>},      {"osg::State", &kept<osg::State>},
-      {"osg::StateAttribute", &kept<osg::Depth>}, {"osg::Texture2D", &kept<osg::Texture2D>},
+      // clang-format off
+      {"osg::ColorMask", &kept<osg::ColorMask>},
+      {"osg::CopyOp", &kept<osg::CopyOp>},
+      {"osg::Image", &kept<osg::Image>},
+      {"osg::LightSource", &kept<osg::LightSource>},
+      {"osg::Matrixd", &kept<osg::Matrixd>},
+      {"osg::Matrixf", &kept<osg::Matrixf>},
+      {"osg::Shader::Type", &shaderType},
+      {"osg::State", &kept<osg::State>},
+      {"osg::StateAttribute", &kept<osg::Depth>},
+      {"osg::TexMat", &kept<osg::TexMat>},
+      {"osg::Texture", &kept<osg::Texture2D>},
+      {"osg::Texture2D", &kept<osg::Texture2D>},
+      {"osg::Vec2", &kept<osg::Vec2f>},
+      {"osg::Vec3", &kept<osg::Vec3f>},
+      {"osg::Vec4", &kept<osg::Vec4f>},
       {"osg::Viewport", &kept<osg::Viewport>},
+      // clang-format on
   };
   const auto found = makers.find(type);
   return found != makers.end() ? found->second() : nullptr;

@@ -198,7 +198,8 @@ void onEntry(ucontext_t& context, std::uintptr_t address, const Watched& watched
   greg_t* registers = context.uc_mcontext.gregs;
   const auto stack = static_cast<std::uintptr_t>(registers[REG_RSP]);
   const std::uintptr_t back = read<std::uintptr_t>(stack);
-  const bool counts = back >= s_state->code.first && back <= s_state->code.second;
+  // What a header's function calls in turn comes from the same code, but not from the wrapper.
+  const bool counts = back >= s_state->code.first && back <= s_state->code.second && s_state->pending.empty();
   if (counts) {
     RecordedCall call;
     call.operation = watched.operation;

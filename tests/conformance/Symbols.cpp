@@ -48,6 +48,27 @@ std::string readable(const char* symbol) {
   return text;
 }
 
+/// The name of an instance of a function template without result type and template arguments; "" for other functions.
+std::string withoutTemplate(const std::string& name) {
+  std::size_t start = 0;
+  std::size_t argumentsFrom = std::string::npos;
+  int depth = 0;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    if (name[i] == '<' && depth++ == 0) {
+      argumentsFrom = i;
+    } else if (name[i] == '>') {
+      --depth;
+    } else if (name[i] == ' ' && depth == 0) {
+      start = i + 1;
+    } else if (name[i] == '(' && depth == 0) {
+      const bool isTemplate =
+          start > 0 && argumentsFrom > start && argumentsFrom != std::string::npos && name[i - 1] == '>';
+      return isTemplate ? name.substr(start, argumentsFrom - start) + name.substr(i) : "";
+    }
+  }
+  return "";
+}
+
 } // namespace
 
 conformance::Symbols::Symbols() {
@@ -76,13 +97,23 @@ conformance::Symbols::Symbols() {
             std::strncmp(name, "_Z", 2) != 0) {
           continue;
         }
-        std::vector<std::uintptr_t>& list = m_functions[readable(name)];
-        const std::uintptr_t address = library.base + symbol.st_value;
-        if (std::find(list.begin(), list.end(), address) == list.end()) {
-          list.push_back(address);
+        const std::string full = readable(name);
+        add(full, library.base + symbol.st_value);
+        if (full.find('>') != std::string::npos && full.find("operator") == std::string::npos) {
+          const std::string shorter = withoutTemplate(full);
+          if (!shorter.empty()) {
+            add(shorter, library.base + symbol.st_value);
+          }
         }
       }
     }
+  }
+}
+
+void conformance::Symbols::add(const std::string& name, std::uintptr_t address) {
+  std::vector<std::uintptr_t>& list = m_functions[name];
+  if (std::find(list.begin(), list.end(), address) == list.end()) {
+    list.push_back(address);
   }
 }
 

@@ -16,13 +16,16 @@ public:
   /// Reads the tables of the libraries whose file names contain "libvyr", "libosg" or "libOpenThreads".
   Symbols();
 
-  /// The readable names, parameters included, of the functions called `name`; standard strings are written std::string.
+  /// The readable names, parameters included, of the functions called `name`; standard strings are written std::string,
+  /// and instances of function templates stand without result type and template arguments too.
   std::vector<std::string> named(const std::string& name) const;
 
   /// Where a function with this readable name begins: more than one address if several libraries carry an inline copy.
   std::vector<std::uintptr_t> addresses(const std::string& fullName) const;
 
 private:
+  void add(const std::string& name, std::uintptr_t address);
+
   std::map<std::string, std::vector<std::uintptr_t>> m_functions;
 };
 

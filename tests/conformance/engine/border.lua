@@ -59,6 +59,7 @@ end
 local function find(name, operation)
   local wanted = arguments(operation.parameters) .. (operation.const and " const" or "")
   local seen = {}
+  name = plain(name)
   for _, full in ipairs(native.operations(name)) do
     if plain(full:sub(#name + 1)) == wanted then return full end
     seen[#seen + 1] = full

@@ -33,6 +33,14 @@ local function same(a, b)
   return a == b
 end
 
+-- Whether the row made the object itself: the runtime goes on using the value that the script has, with its type.
+local function isKnown(case, value)
+  if case.known[native.address(value)] then return true end
+  for _, other in pairs(case.env) do
+    if type(other) == "userdata" and native.address(other) == native.address(value) then return true end
+  end
+end
+
 -- The text of a result that is wrong; nil if it is right. `call` is what the border saw, if anything.
 local function wrongResult(overload, value, call, case)
   local t = overload.result
@@ -60,7 +68,7 @@ local function wrongResult(overload, value, call, case)
   end
   local wanted = overload.row.pushed or t.test
   if type(value) ~= "userdata" then return "the result is a " .. type(value) end
-  if tolua.type(value) ~= wanted and not (case.known[native.address(value)] or overload.row.derived) then
+  if tolua.type(value) ~= wanted and not (isKnown(case, value) or overload.row.derived) then
     return ("the result is a %s, not a %s"):format(tolua.type(value), wanted)
   end
   if not native.isa(value, t.const and wanted or "const " .. wanted) then return "the result is no " .. wanted end
@@ -75,7 +83,7 @@ local function wrongResult(overload, value, call, case)
     end
     return nil
   end
-  if native.owned(value) and not case.known[native.address(value)] and not overload.row.derived then return "the object is collected" end
+  if native.owned(value) and not isKnown(case, value) and not overload.row.derived then return "the object is collected" end
   if known and raw.address ~= native.address(value) then return "the result is another object" end
 end
 
@@ -196,9 +204,6 @@ local function checks(overload)
   kept[#kept + 1] = all
   local count = #overload.parameters + shift
   for _, value in pairs(all) do
-    if type(value) == "userdata" then case.known[native.address(value) or 0] = true end
-  end
-  for _, value in pairs(env) do
     if type(value) == "userdata" then case.known[native.address(value) or 0] = true end
   end
   local alone = row.held or false

@@ -47,7 +47,7 @@ void RenderStateManager::RenderState::addUniform(osg::Uniform* uniform) {
   addToList(m_uniforms, uniform, m_name);
 }
 
-osg::Uniform* RenderStateManager::RenderState::findUniform(const std::string& name) const {
+osg::Uniform* RenderStateManager::RenderState::findUniform(const std::string& name) {
   return findInList(m_uniforms, name);
 }
 

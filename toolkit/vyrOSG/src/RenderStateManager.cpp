@@ -44,15 +44,15 @@ RenderStateManager* RenderStateManager::instance() {
   return manager;
 }
 
-osg::Shader* RenderStateManager::findShader(const std::string& name, osg::Shader::Type type) const {
+osg::Shader* RenderStateManager::findShader(const std::string& name, osg::Shader::Type type) {
   return find(m_shaders, {name, type});
 }
 
-osg::Program* RenderStateManager::findProgram(const std::string& name) const {
+osg::Program* RenderStateManager::findProgram(const std::string& name) {
   return find(m_programs, name);
 }
 
-RenderStateManager::RenderState* RenderStateManager::findRenderState(const std::string& name) const {
+RenderStateManager::RenderState* RenderStateManager::findRenderState(const std::string& name) {
   return find(m_renderStates, name);
 }
 
@@ -66,7 +66,7 @@ void RenderStateManager::addTexture(const std::string& name, osg::Texture* textu
     m_textures[name] = texture;
 }
 
-osg::Texture* RenderStateManager::findTexture(const std::string& name) const {
+osg::Texture* RenderStateManager::findTexture(const std::string& name) {
   return find(m_textures, name);
 }
 
@@ -113,7 +113,7 @@ void RenderStateManager::addShaderState(ShaderState* state) {
     m_shaderStates[state->getName()] = state;
 }
 
-RenderStateManager::ShaderState* RenderStateManager::findShaderState(const std::string& name) const {
+RenderStateManager::ShaderState* RenderStateManager::findShaderState(const std::string& name) {
   return find(m_shaderStates, name);
 }
 

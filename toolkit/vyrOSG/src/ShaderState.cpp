@@ -15,7 +15,7 @@ void RenderStateManager::ShaderState::addUniform(osg::Uniform* uniform) {
   addToList(m_uniforms, uniform, m_name);
 }
 
-osg::Uniform* RenderStateManager::ShaderState::findUniform(const std::string& name) const {
+osg::Uniform* RenderStateManager::ShaderState::findUniform(const std::string& name) {
   return findInList(m_uniforms, name);
 }
 

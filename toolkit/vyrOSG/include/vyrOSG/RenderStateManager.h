@@ -51,17 +51,17 @@ public:
   static RenderStateManager* instance();
 
   /// The registered shader of that name and stage. Nullable: there is none. *returns inner*
-  osg::Shader* findShader(const std::string& name, osg::Shader::Type type) const;
+  osg::Shader* findShader(const std::string& name, osg::Shader::Type type);
   /// The registered program of that name. Nullable: there is none. *returns inner*
-  osg::Program* findProgram(const std::string& name) const;
+  osg::Program* findProgram(const std::string& name);
   /// The registered render state of that name. Nullable: there is none. *returns inner*
-  RenderState* findRenderState(const std::string& name) const;
+  RenderState* findRenderState(const std::string& name);
   /// Registers a render state under its own name; *retains* it.
   void addRenderState(RenderState* state);
   /// Registers a texture; *retains* it.
   void addTexture(const std::string& name, osg::Texture* texture);
   /// The registered texture of that name. Nullable: there is none. *returns inner*
-  osg::Texture* findTexture(const std::string& name) const;
+  osg::Texture* findTexture(const std::string& name);
   /// The program of that name, made empty and registered if there was none. Its compile and link errors are sent to the
   /// message channel, a line each with file and line number, when the program is first drawn. Nullable: the name is
   /// empty. *returns inner*
@@ -73,7 +73,7 @@ public:
   /// Registers a shader state under its own name; *retains* it.
   void addShaderState(ShaderState* state);
   /// The registered shader state of that name. Nullable: there is none. *returns inner*
-  ShaderState* findShaderState(const std::string& name) const;
+  ShaderState* findShaderState(const std::string& name);
   /// Registers everything that a configuration script describes (docs/render-states.md). A mistake gives one error line
   /// with file, line and key; the entry that has it is left out as a whole (an unknown key alone is only skipped), the
   /// rest is loaded.
@@ -107,7 +107,7 @@ public:
   /// Adds a uniform; *retains* it. One of the same name is replaced. Null is refused with one error line.
   void addUniform(osg::Uniform* uniform);
   /// The uniform of that name. Nullable: there is none. *returns inner*
-  osg::Uniform* findUniform(const std::string& name) const;
+  osg::Uniform* findUniform(const std::string& name);
 
   /// Puts program and uniforms on the state set. Null: nothing happens. Failure (no program of that name is
   /// registered): one error line, and the state set is left as it was.
@@ -174,7 +174,7 @@ public:
   /// Adds a uniform; *retains* it. One of the same name is replaced. Null is refused with one error line.
   void addUniform(osg::Uniform* uniform);
   /// The uniform of that name; the shader state's uniforms are not searched. Nullable: there is none. *returns inner*
-  osg::Uniform* findUniform(const std::string& name) const;
+  osg::Uniform* findUniform(const std::string& name);
 
   /// Sets the colour of a kind (`ColorType`), (r, g, b, a) in 0..1. An unknown kind is kept, but `apply` skips it with
   /// one error line.
