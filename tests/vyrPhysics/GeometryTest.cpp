@@ -54,6 +54,37 @@ TEST(Geometry, BelongsToOneBody) {
   EXPECT_EQ(geometry->getRigidBody(), nullptr);
 }
 
+// The edge of a turned crate and the rim of a ball, from near and far: alone and in the simulation they are met alike.
+TEST(Geometry, IsMetByARayAsInTheSimulation) {
+  vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
+  vyr::ref_ptr<vyr::RigidBody> crate = new vyr::RigidBody;
+  vyr::ref_ptr<vyrCollide::Geometry> box = new vyrCollide::Geometry(new vyrCollide::Box(0.7, 0.7, 0.7));
+  crate->add(box.get());
+  crate->setRotation(vyr::Quat(0.4, vyr::Vec3(0.0, 0.0, 1.0)));
+  simulation->add(crate.get());
+  vyr::ref_ptr<vyrCollide::Geometry> ball = new vyrCollide::Geometry(new vyrCollide::Sphere(0.5));
+  ball->setLocalTransform(vyr::AffineMatrix4x4::translate(5.0, 0.0, 0.0));
+  simulation->add(ball.get());
+  const vyr::Vec3 level(0.0, 2.0, 0.0);
+  for (const double length : {20.0, 1.0e5}) {
+    double distance = 0.0;
+    ASSERT_TRUE(box->rayTest(vyr::Vec3(0.0, -10.0, 0.6999), level, length, distance)) << length;
+    EXPECT_NEAR(distance, 10.0 - 0.7 / std::cos(0.4), 1e-9) << length;
+    EXPECT_EQ(distance, simulation->rayTest(vyr::Vec3(0.0, -10.0, 0.6999), level, length).distance) << length;
+    EXPECT_FALSE(box->rayTest(vyr::Vec3(0.0, -10.0, 0.7001), level, length, distance)) << length;
+    ASSERT_TRUE(ball->rayTest(vyr::Vec3(5.3, -10.0, 0.0), level, length, distance)) << length;
+    EXPECT_NEAR(distance, 9.6, 1e-3) << length; // curved shapes: to a share of their size
+    EXPECT_EQ(distance, simulation->rayTest(vyr::Vec3(5.3, -10.0, 0.0), level, length).distance) << length;
+    EXPECT_FALSE(ball->rayTest(vyr::Vec3(5.501, -10.0, 0.0), level, length, distance)) << length;
+  }
+  double distance = 7.0;
+  EXPECT_FALSE(box->rayTest(vyr::Vec3(), level, 20.0, distance)); // begins inside
+  EXPECT_FALSE(box->rayTest(vyr::Vec3(0.0, -10.0, 0.0), vyr::Vec3(), 20.0, distance));
+  EXPECT_FALSE(box->rayTest(vyr::Vec3(0.0, -10.0, 0.0), level, -1.0, distance));
+  EXPECT_FALSE(box->rayTest(vyr::Vec3(0.0, std::nan(""), 0.0), level, 20.0, distance));
+  EXPECT_EQ(distance, 7.0);
+}
+
 TEST(Geometry, ThatDiesIsForgottenByThosePointingAtIt) {
   vyrSDK::PickResult pick;
   vyr::observer_ptr<vyrCollide::Geometry> observer;

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <set>
 
 namespace vyrModel {
 
@@ -36,7 +35,7 @@ struct Ground {
   }
 };
 
-/// The grid rectangle under the world box of a geometry, cut to the grid.
+/// The samples whose cells lie under the world box of a geometry, cut to the grid.
 void rectangleUnder(const Ground& ground, const vyrCollide::Geometry& other, vyr::Vec2& outLow, vyr::Vec2& outHigh) {
   const vyrCollide::Bounds bounds = other.getWorldBounds();
   outLow.set(1e300, 1e300);
@@ -48,47 +47,57 @@ void rectangleUnder(const Ground& ground, const vyrCollide::Geometry& other, vyr
     outLow.set(std::min(outLow.x(), point.x()), std::min(outLow.y(), point.y()));
     outHigh.set(std::max(outHigh.x(), point.x()), std::max(outHigh.y(), point.y()));
   }
-  outLow.set(std::max(0.0, std::ceil(outLow.x())), std::max(0.0, std::ceil(outLow.y())));
-  outHigh.set(std::min(static_cast<double>(ground.field.getNumColumns() - 1), outHigh.x()),
-              std::min(static_cast<double>(ground.field.getNumRows() - 1), outHigh.y()));
+  outLow.set(std::max(0.0, std::ceil(outLow.x() - 0.5)), std::max(0.0, std::ceil(outLow.y() - 0.5)));
+  outHigh.set(std::min(static_cast<double>(ground.field.getNumColumns() - 1), outHigh.x() + 0.5),
+              std::min(static_cast<double>(ground.field.getNumRows() - 1), outHigh.y() + 0.5));
 }
 
-/// Whether the underside of `other` touches the sample: a ray from below it meets the underside no higher than a gap.
-bool touches(const Ground& ground, const vyrCollide::Geometry& other, std::size_t column, std::size_t row) {
+/// Share of a sample's cell that the underside of `other` touches: of its four quarters, those above whose middle a ray
+/// from below meets the underside no higher than a gap.
+double touchedShare(const Ground& ground, const vyrCollide::Geometry& other, std::size_t column, std::size_t row) {
   const double reach = ground.dx + ground.dy;
   const vyr::Vec3 sample = ground.field.getVertex(column, row);
-  const vyr::Vec3 from = (sample - vyr::Vec3(0, 0, reach)) * ground.toWorld;
-  double distance = 0;
-  return other.rayTest(from, ground.toWorld.transform3x3(vyr::Vec3(0, 0, 1)), reach + kTouchGap, distance);
+  const vyr::Vec3 upwards = ground.toWorld.transform3x3(vyr::Vec3(0, 0, 1));
+  double share = 0;
+  for (int quarter = 0; quarter < 4; ++quarter) {
+    const double x = (quarter & 1) != 0 ? 0.25 * ground.dx : -0.25 * ground.dx;
+    const double y = (quarter & 2) != 0 ? 0.25 * ground.dy : -0.25 * ground.dy;
+    double distance = 0;
+    const vyr::Vec3 from = (sample + vyr::Vec3(x, y, -reach)) * ground.toWorld;
+    share += other.rayTest(from, upwards, reach + kTouchGap, distance) ? 0.25 : 0;
+  }
+  return share;
 }
 
-/// The samples that carry a patch.
-std::set<std::size_t> samplesUnder(const Ground& ground, const Patch& patch) {
+/// The samples that carry a patch, with the shares of their cells that do.
+std::map<std::size_t, double> samplesUnder(const Ground& ground, const Patch& patch) {
   const std::size_t columns = ground.field.getNumColumns();
-  std::set<std::size_t> samples;
+  std::map<std::size_t, double> shares;
   for (const vyr::Vec2& point : patch.points) {
     const double column = std::round(point.x());
     const double row = std::round(point.y());
     if (column >= 0 && row >= 0 && column < static_cast<double>(columns) &&
         row < static_cast<double>(ground.field.getNumRows())) {
-      samples.insert(static_cast<std::size_t>(row) * columns + static_cast<std::size_t>(column));
+      // What is smaller than a quarter of a cell presses on a quarter.
+      shares[static_cast<std::size_t>(row) * columns + static_cast<std::size_t>(column)] = 0.25;
     }
   }
   vyr::Vec2 low;
   vyr::Vec2 high;
   rectangleUnder(ground, *patch.other, low, high);
   if (high.x() < low.x() || high.y() < low.y())
-    return samples;
+    return shares;
   const auto lastColumn = static_cast<std::size_t>(high.x());
   const auto lastRow = static_cast<std::size_t>(high.y());
   for (auto row = static_cast<std::size_t>(low.y()); row <= lastRow; ++row) {
     for (auto column = static_cast<std::size_t>(low.x()); column <= lastColumn; ++column) {
-      if (touches(ground, *patch.other, column, row)) {
-        samples.insert(row * columns + column);
+      const double share = touchedShare(ground, *patch.other, column, row);
+      if (share > 0) {
+        shares[row * columns + column] = share;
       }
     }
   }
-  return samples;
+  return shares;
 }
 
 } // namespace
@@ -123,9 +132,13 @@ std::vector<LoadedSample> groundPressure(const vyrSDK::Simulation& simulation, c
 
   std::map<std::size_t, double> pressures;
   for (const Patch& patch : patches) {
-    const std::set<std::size_t> samples = samplesUnder(place, patch);
-    for (const std::size_t sample : samples) {
-      pressures[sample] += patch.force / (static_cast<double>(samples.size()) * place.dx * place.dy);
+    const std::map<std::size_t, double> shares = samplesUnder(place, patch);
+    double area = 0;
+    for (const auto& [sample, share] : shares) {
+      area += share * place.dx * place.dy;
+    }
+    for (const auto& [sample, share] : shares) {
+      pressures[sample] += patch.force * share / area;
     }
   }
   std::vector<LoadedSample> loads;

@@ -4,14 +4,10 @@
 
 #include "BulletConvert.h"
 #include "GeometryNative.h"
+#include "GeometryRay.h"
 #include "RigidBodyNative.h"
 #include "SimulationNative.h"
 
-#include <BulletCollision/CollisionShapes/btBoxShape.h>
-#include <BulletCollision/NarrowPhaseCollision/btRaycastCallback.h>
-#include <LinearMath/btAabbUtil2.h>
-
-#include <algorithm>
 #include <cstring>
 
 namespace vyrSDK {
@@ -21,93 +17,49 @@ using vyrPhysics::toBullet;
 
 namespace {
 
-/// The piece of a ray that a shape is tested with, in radii of its bounding sphere to either side.
-constexpr double kRoom = 1.1;
-
-using NearestOfOne = btCollisionWorld::ClosestRayResultCallback;
-
 /// Tests every geometry of the objects whose boxes the ray crosses.
 class RayTester : public btBroadphaseRayCallback {
 public:
-  RayTester(const btVector3& from, const btVector3& to)
-      : m_from(from)
-      , m_length((to - from).length())
-      , m_direction((to - from) / m_length) {
-    const btVector3& direction = m_direction;
+  /// `direction`: a unit vector.
+  RayTester(const btVector3& from, const btVector3& direction, btScalar length)
+      : distance(length)
+      , m_from(from)
+      , m_direction(direction) {
     for (int axis = 0; axis < 3; ++axis) {
       m_rayDirectionInverse[axis] = direction[axis] == 0.0 ? BT_LARGE_FLOAT : 1.0 / direction[axis];
       m_signs[axis] = m_rayDirectionInverse[axis] < 0.0 ? 1U : 0U;
     }
-    m_lambda_max = m_length;
+    m_lambda_max = length;
   }
 
   bool process(const btBroadphaseProxy* proxy) override {
     btCollisionObject* object = static_cast<btCollisionObject*>(proxy->m_clientObject);
     if (object->getUserIndex2() == vyrCollide::GEOMETRY_OBJECT) {
-      test(object, static_cast<vyrCollide::Geometry*>(object->getUserPointer()));
+      test(static_cast<vyrCollide::Geometry*>(object->getUserPointer()));
     } else if (object->getUserIndex2() == vyrCollide::BODY_OBJECT) {
       for (const auto& part : static_cast<vyr::RigidBody*>(object->getUserPointer())->getGeometries()) {
-        test(object, part.get());
+        test(part.get());
       }
     }
     return true;
   }
 
-  double fraction = 1.0;
+  btScalar distance;
   btVector3 normal{0.0, 0.0, 0.0};
   vyrCollide::Geometry* geometry = nullptr;
 
 private:
-  void test(btCollisionObject* object, vyrCollide::Geometry* candidate) {
-    if (candidate->isSensor() || !candidate->getEnableCollisions()) {
-      return;
-    }
-    btCollisionShape* shape = candidate->getNative()->instance->getShape();
-    const btTransform place = toBullet(candidate->getTransform());
-    if (shape->getShapeType() == BOX_SHAPE_PROXYTYPE) {
-      testBox(place, static_cast<const btBoxShape*>(shape)->getHalfExtentsWithMargin(), candidate);
-      return;
-    }
-    // Only the piece of the ray beside the shape: the test is exact to a share of what it is given.
-    btVector3 center;
-    btScalar radius = 0.0;
-    shape->getBoundingSphere(center, radius);
-    const btScalar along = m_direction.dot(place * center - m_from);
-    const btScalar begin = std::max(along - kRoom * radius, 0.0);
-    const btScalar end = std::min(along + kRoom * radius, fraction * m_length);
-    if (!(begin < end)) {
-      return;
-    }
-    const btVector3 from = m_from + begin * m_direction;
-    const btVector3 to = m_from + end * m_direction;
-    NearestOfOne nearest(from, to);
-    // The other test of curved and convex shapes meets what a grazing ray only passes by.
-    nearest.m_flags |= btTriangleRaycastCallback::kF_UseGjkConvexCastRaytest;
-    btCollisionWorld::rayTestSingle(btTransform(btMatrix3x3::getIdentity(), from),
-                                    btTransform(btMatrix3x3::getIdentity(), to), object, shape, place, nearest);
-    if (nearest.hasHit()) {
-      fraction = (begin + nearest.m_closestHitFraction * (end - begin)) / m_length;
-      normal = nearest.m_hitNormalWorld;
-      geometry = candidate;
-    }
-  }
-
-  /// Boxes are met exactly, sharp edges included. A ray that begins inside does not meet the box, as with other shapes.
-  void testBox(const btTransform& place, const btVector3& halfExtents, vyrCollide::Geometry* candidate) {
-    btScalar share = fraction;
-    btVector3 face(0.0, 0.0, 0.0);
-    if (btRayAabb(place.invXform(m_from), place.invXform(m_from + m_length * m_direction), -halfExtents, halfExtents,
-                  share, face) &&
-        share > 0.0) {
-      fraction = share;
-      // The engine gives the direction into the box.
-      normal = -(place.getBasis() * face);
+  void test(vyrCollide::Geometry* candidate) {
+    vyrCollide::RayMeeting meeting;
+    if (!candidate->isSensor() && candidate->getEnableCollisions() &&
+        vyrCollide::meetRay(*candidate, m_from, m_direction, distance, meeting)) {
+      distance = meeting.distance;
+      normal = meeting.normal;
       geometry = candidate;
     }
   }
 
   btVector3 m_from;
-  btScalar m_length;
   btVector3 m_direction;
 };
 
@@ -119,15 +71,15 @@ RayHit Simulation::rayTest(const vyr::Vec3& origin, const vyr::Vec3& direction, 
       !std::isfinite(length)) {
     return result;
   }
-  const vyr::Vec3 end = origin + direction.normalized() * length;
-  RayTester tester(toBullet(origin), toBullet(end));
+  const vyr::Vec3 unit = direction.normalized();
+  RayTester tester(toBullet(origin), toBullet(unit), length);
   m_native->world.updateAabbs();
-  m_native->broadphase.rayTest(toBullet(origin), toBullet(end), tester);
+  m_native->broadphase.rayTest(toBullet(origin), toBullet(origin + unit * length), tester);
   if (tester.geometry != nullptr) {
     result.hit = true;
     result.geometry = tester.geometry;
-    result.distance = tester.fraction * length;
-    result.point = origin + (end - origin) * tester.fraction;
+    result.distance = tester.distance;
+    result.point = origin + unit * tester.distance;
     result.normal = fromBullet(tester.normal.normalized());
   }
   return result;
