@@ -1,16 +1,16 @@
-/// How the cost of a step and of its drawing grows with the size of the content: 10, 100, 1000, 10 000 parts.
-#include <vyr/RigidBody.h>
-#include <vyrCollide/Box.h>
-#include <vyrModel/Terrain.h>
-#include <vyrOSG/TerrainRenderer.h>
-#include <vyrOSG/WireRenderer.h>
-#include <vyrSDK/Simulation.h>
-#include <vyrWire/Wire.h>
+/// How the cost of a step and of a frame grows with the size of the content: 10, 100, 1000, 10 000 parts.
+#include "ScaleContents.h"
+
+#include <vyrOSG/FrameGrabber.h>
+#include <vyrOSG/GraphicsBackend.h>
 
 #include <benchmark/benchmark.h>
+#include <osgViewer/Viewer>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <ctime>
 #include <map>
 #include <string>
 #include <utility>
@@ -18,127 +18,162 @@
 
 namespace {
 
-using vyr::Vec3;
+using scale::Content;
 
-vyr::ref_ptr<vyr::RigidBody> addBox(vyrSDK::Simulation& simulation, const Vec3& place, double halfSize, double mass) {
-  vyr::ref_ptr<vyr::RigidBody> body(new vyr::RigidBody("box"));
-  body->add(new vyrCollide::Geometry(new vyrCollide::Box(Vec3(halfSize, halfSize, halfSize))));
-  body->setMass(mass);
-  body->setPosition(place);
-  simulation.add(body.get());
-  return body;
+/// Processor time of the program in s, all threads together: other programs do not count.
+double processorTime() {
+  timespec now{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-/// A slack wire between two fixed places, 0.1 m a segment.
-void wireStep(benchmark::State& state) {
-  vyr::ref_ptr<vyrSDK::Simulation> simulation(new vyrSDK::Simulation);
-  const double length = 0.1 * static_cast<double>(state.range(0));
-  vyr::ref_ptr<vyrWire::Wire> wire(new vyrWire::Wire(length, static_cast<std::size_t>(state.range(0)), 1));
-  simulation->add(wire.get());
-  wire->attachBegin(nullptr, Vec3(0, 0, 0));
-  wire->attachEnd(nullptr, Vec3(0.8 * length, 0, 0));
-  for (auto _ : state) {
-    simulation->step();
-  }
-}
-
-void wireDrawing(benchmark::State& state) {
-  vyr::ref_ptr<vyrWire::Wire> wire(new vyrWire::Wire(10, static_cast<std::size_t>(state.range(0)), 1));
-  osg::ref_ptr<osg::Group> group = new osg::Group;
-  vyr::ref_ptr<vyrOSG::WireRenderer> renderer(new vyrOSG::WireRenderer(wire.get(), group));
-  for (auto _ : state) {
-    renderer->update();
-  }
-}
-
-vyr::ref_ptr<vyrModel::Terrain> makeTerrain(std::int64_t cells) {
-  const auto side = static_cast<std::size_t>(std::lround(std::sqrt(static_cast<double>(cells)))) + 1;
-  return new vyrModel::Terrain(side, side, 0.1 * static_cast<double>(side), 0.1 * static_cast<double>(side),
-                               vyr::RealVector(side * side, 0.0));
-}
-
-/// A field of which every part is loaded: a box for each hundred cells.
-void terrainStep(benchmark::State& state) {
-  vyr::ref_ptr<vyrSDK::Simulation> simulation(new vyrSDK::Simulation);
-  const auto terrain = makeTerrain(state.range(0));
-  simulation->add(terrain.get());
-  const double half = 0.5 * terrain->getHeightField()->getSizeX() - 0.2;
-  for (double x = -half + 0.4; x < half; x += 1) {
-    for (double y = -half + 0.4; y < half; y += 1) {
-      addBox(*simulation, Vec3(x, y, 0.205), 0.2, 100);
-    }
-  }
-  for (auto _ : state) {
-    simulation->step();
-  }
-}
-
-void terrainDrawing(benchmark::State& state) {
-  const auto terrain = makeTerrain(state.range(0));
-  osg::ref_ptr<vyrOSG::Group> group = new vyrOSG::Group;
-  for (auto _ : state) {
-    // All rows anew: the most that a frame can ask for.
-    vyr::ref_ptr<vyrOSG::TerrainRenderer> renderer(
-        new vyrOSG::TerrainRenderer(terrain.get(), vyr::RangeReal(-1, 1), group));
-    benchmark::DoNotOptimize(renderer->getTerrainNode());
-  }
-}
-
-/// Boxes side by side on a plane of boxes: four contacts each.
-void contactStep(benchmark::State& state) {
-  vyr::ref_ptr<vyrSDK::Simulation> simulation(new vyrSDK::Simulation);
-  const auto boxes = static_cast<int>((state.range(0) + 3) / 4);
-  const int side = static_cast<int>(std::ceil(std::sqrt(boxes)));
-  vyr::ref_ptr<vyr::RigidBody> ground(new vyr::RigidBody("ground"));
-  ground->add(new vyrCollide::Geometry(new vyrCollide::Box(Vec3(side, side, 0.5))));
-  ground->setPosition(Vec3(0, 0, -0.5));
-  ground->setMotionControl(vyr::RigidBody::STATIC);
-  simulation->add(ground.get());
-  for (int i = 0; i < boxes; ++i) {
-    addBox(*simulation, Vec3(i % side - 0.5 * side, i / side - 0.5 * side, 0.3), 0.3, 10);
-  }
-  simulation->stepTo(0.5);
-  for (auto _ : state) {
-    simulation->step();
-  }
-  state.counters["contacts"] = static_cast<double>(simulation->getContacts().size());
-}
-
-/// Prints each row, and at the end the exponent by which each family grows: the slope of time over size between the
-/// second size and the last, both on logarithmic scales.
-class ExponentReporter : public benchmark::ConsoleReporter {
+/// A small picture without a window, so that the content counts and not its pixels.
+class SmallViewer {
 public:
+  SmallViewer()
+      : m_backend(vyrOSG::GraphicsBackend::create(vyrOSG::LaunchOptions::EGL, 64, 64, 0)) {
+    if (m_backend->getContext() == nullptr)
+      return;
+    m_viewer = new osgViewer::Viewer;
+    m_viewer->setThreadingModel(osgViewer::ViewerBase::SingleThreaded);
+    m_viewer->setKeyEventSetsDone(0);
+    m_viewer->getCamera()->setGraphicsContext(m_backend->getContext());
+    m_viewer->getCamera()->setViewport(0, 0, 64, 64);
+    m_grabber = vyrOSG::FrameGrabber::install(m_viewer->getCamera());
+  }
+
+  bool isReady() const { return m_viewer.valid(); }
+  std::string describe() const { return m_backend->describe(); }
+
+  void show(osg::Group* scene) {
+    m_viewer->setSceneData(scene);
+    const osg::BoundingSphere ball = scene->getBound();
+    const osg::Vec3d eye = osg::Vec3d(ball.center()) + osg::Vec3d(0.3, -2.5, 1.0) * ball.radius();
+    m_viewer->getCamera()->setProjectionMatrixAsPerspective(50, 1, 0.1 * ball.radius(), 10 * ball.radius());
+    m_viewer->getCamera()->setViewMatrixAsLookAt(eye, ball.center(), osg::Vec3d(0, 0, 1));
+  }
+
+  /// Returns when the picture is drawn: reading it waits for that.
+  void draw() {
+    m_grabber->request();
+    m_viewer->frame();
+  }
+
+private:
+  vyr::ref_ptr<vyrOSG::GraphicsBackend> m_backend;
+  osg::ref_ptr<osgViewer::Viewer> m_viewer;
+  osg::ref_ptr<vyrOSG::FrameGrabber> m_grabber;
+};
+
+SmallViewer& viewer() {
+  static SmallViewer s_viewer;
+  return s_viewer;
+}
+
+enum Part { STEP, DRAWING, FRAME };
+const char* const kPartNames[] = {"step", "drawing", "frame"};
+
+/// The content of the last benchmark, kept for the next ones.
+Content& contentOf(const std::string& name, const scale::Maker& make, int size) {
+  static std::string s_key;
+  static Content s_content;
+  const std::string key = name + std::to_string(size);
+  if (key != s_key) {
+    s_content = Content();
+    s_content = make(size);
+    s_content.simulation->step();
+    s_content.draw();
+    s_key = key;
+  }
+  return s_content;
+}
+
+/// STEP: the simulation's. DRAWING: bringing the scene graph up to what the step did. FRAME: that, and the picture.
+void measure(benchmark::State& state, Content& content, Part part) {
+  if (part == FRAME && !viewer().isReady()) {
+    state.SkipWithError(viewer().describe().c_str());
+    return;
+  }
+  if (part == FRAME) {
+    viewer().show(content.group.get());
+    viewer().draw();
+  }
+  std::vector<double> times;
+  for (auto _ : state) {
+    double begin = processorTime();
+    content.simulation->step();
+    if (part != STEP) {
+      begin = processorTime();
+      content.draw();
+    }
+    if (part == FRAME)
+      viewer().draw();
+    times.push_back(processorTime() - begin);
+    state.SetIterationTime(times.back());
+  }
+  // The middle: a software driver compiles programs in the midst of frames.
+  std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
+  state.counters["median_us"] = 1e6 * times[times.size() / 2];
+  state.counters["size"] = static_cast<double>(content.size());
+  if (part == FRAME)
+    viewer().show(new osg::Group);
+}
+
+/// Prints each row, and at the end a table of the times with the exponent by which each row grows: the slope of time
+/// over size between the second size and the last, both on logarithmic scales.
+class TableReporter : public benchmark::ConsoleReporter {
+public:
+  TableReporter()
+      : ConsoleReporter(OO_Tabular) {}
+
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
-      m_times[run.run_name.function_name].emplace_back(std::stod(run.run_name.args), run.GetAdjustedCPUTime());
+      // One row a content and part, whatever the order of the runs.
+      const auto size = run.counters.find("size");
+      if (!run.error_occurred && size != run.counters.end())
+        m_rows[run.run_name.function_name].emplace_back(size->second.value, run.counters.at("median_us").value);
     }
     ConsoleReporter::ReportRuns(runs);
   }
+
   void Finalize() override {
-    for (const auto& [name, times] : m_times) {
-      if (times.size() > 2) {
-        const auto& [size1, time1] = times[1];
-        const auto& [size2, time2] = times.back();
-        std::printf("%-16s grows with size^%.2f\n", name.c_str(), std::log(time2 / time1) / std::log(size2 / size1));
+    std::printf("\n%-20s %s\n", "median time in us", "size: time ...; exponent (n log n from 100 to 10 000: 1.15)");
+    for (const auto& [name, row] : m_rows) {
+      std::printf("%-20s", name.c_str());
+      for (const auto& [size, time] : row)
+        std::printf(" %6.0f: %-9.4g", size, time);
+      if (row.size() > 2) {
+        const auto& [size1, time1] = row[1];
+        const auto& [size2, time2] = row.back();
+        std::printf(" %5.2f", std::log(time2 / time1) / std::log(size2 / size1));
       }
+      std::printf("\n");
     }
   }
 
 private:
-  std::map<std::string, std::vector<std::pair<double, double>>> m_times;
+  std::map<std::string, std::vector<std::pair<double, double>>> m_rows;
 };
 
 } // namespace
 
-BENCHMARK(wireStep)->RangeMultiplier(10)->Range(10, 10000)->Unit(benchmark::kMicrosecond);
-BENCHMARK(wireDrawing)->RangeMultiplier(10)->Range(10, 10000)->Unit(benchmark::kMicrosecond);
-BENCHMARK(terrainStep)->RangeMultiplier(10)->Range(10, 10000)->Unit(benchmark::kMicrosecond);
-BENCHMARK(terrainDrawing)->RangeMultiplier(10)->Range(10, 10000)->Unit(benchmark::kMicrosecond);
-BENCHMARK(contactStep)->RangeMultiplier(10)->Range(10, 10000)->Unit(benchmark::kMicrosecond);
-
 int main(int argc, char** argv) {
+  for (const auto& kind : scale::makers()) {
+    for (const int size : {10, 100, 1000, 10000}) {
+      for (const Part part : {STEP, DRAWING, FRAME}) {
+        const auto run = [kind, size, part](benchmark::State& state) {
+          measure(state, contentOf(kind.first, kind.second, size), part);
+        };
+        benchmark::RegisterBenchmark((kind.first + "." + kPartNames[part]).c_str(), run)
+            ->Arg(size)
+            ->UseManualTime()
+            ->Iterations(std::max(7, 2000 / size))
+            ->Unit(benchmark::kMicrosecond);
+      }
+    }
+  }
   benchmark::Initialize(&argc, argv);
-  ExponentReporter reporter;
+  TableReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   return 0;
 }

@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <unordered_map>
 
 namespace vyrOSG {
 
@@ -264,18 +265,20 @@ void ForceArrowRenderer::measureApplied(vyrSDK::Simulation* simulation) {
 }
 
 void ForceArrowRenderer::measure(vyrSDK::Simulation* simulation) {
+  std::unordered_map<const vyr::RigidBody*, vyr::Vec3> contactForces;
+  for (const vyrSDK::Contact& contact : simulation->getContacts()) {
+    contactForces[contact.geometry1->getRigidBody()] += contact.getForce();
+    contactForces[contact.geometry2->getRigidBody()] -= contact.getForce();
+  }
   for (const std::unique_ptr<Arrow>& arrow : m_arrows) {
     vyr::Vec3 force;
     bool measured = false;
     if (arrow->body && arrow->body->getSimulation() == simulation) {
       force = arrow->applied;
       measured = true;
-      for (const vyrSDK::Contact& contact : simulation->getContacts()) {
-        if (contact.geometry1->getRigidBody() == arrow->body.get())
-          force += contact.getForce();
-        if (contact.geometry2->getRigidBody() == arrow->body.get())
-          force -= contact.getForce();
-      }
+      const auto contacts = contactForces.find(arrow->body.get());
+      if (contacts != contactForces.end())
+        force += contacts->second;
     }
     for (const auto& constraint : arrow->constraints) {
       if (constraint && constraint->getSimulation() == simulation) {

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 #include <utility>
 
 namespace vyrOSG {
@@ -115,6 +116,7 @@ void PressureFromContacts::generate(vyrSDK::Simulation* simulation) {
   const vyr::AffineMatrix4x4 toLocal = geometry->getTransform().inverse();
   // In the order of the first contacts, so that sums come out the same in every run.
   std::vector<std::pair<const vyrCollide::Geometry*, ContactPatch>> patches;
+  std::unordered_map<const vyrCollide::Geometry*, std::vector<std::size_t>> patchesOf;
   for (const vyrSDK::Contact& contact : simulation->getContacts()) {
     const bool isFirst = contact.geometry1 == geometry;
     if (!isFirst && contact.geometry2 != geometry)
@@ -124,11 +126,15 @@ void PressureFromContacts::generate(vyrSDK::Simulation* simulation) {
     if (!(force > 0) || other->isSensor() || geometry->isSensor() || !passes(contact))
       continue;
     const vyr::Vec3 outward = toLocal.transform3x3(isFirst ? -contact.normal : contact.normal);
-    auto patch = std::find_if(patches.begin(), patches.end(),
-                              [&](const auto& known) { return known.first == other && known.second.takes(outward); });
-    if (patch == patches.end())
-      patch = patches.emplace(patches.end(), other, ContactPatch(outward));
-    patch->second.add(contact.point * toLocal, force);
+    std::vector<std::size_t>& known = patchesOf[other];
+    const auto patch = std::find_if(known.begin(), known.end(),
+                                    [&](std::size_t index) { return patches[index].second.takes(outward); });
+    const std::size_t index = patch == known.end() ? patches.size() : *patch;
+    if (index == patches.size()) {
+      known.push_back(index);
+      patches.emplace_back(other, ContactPatch(outward));
+    }
+    patches[index].second.add(contact.point * toLocal, force);
   }
   for (auto& [other, patch] : patches) {
     boundPatch(patch, *geometry, *other, toLocal);
