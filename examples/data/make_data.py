@@ -74,6 +74,69 @@ def make_bricks(size):
 
     write_png("bricks.png", size, color)
     write_png("bricks-normal.png", size, normal)
+    write_png("bricks-height.png", size, lambda x, y: [brick(x, y)[0] * (0.9 + 0.1 * coarse(x, y))] * 3)
+
+
+def make_wet(size):
+    """Where a surface shines: white puddles and drops on a dull ground."""
+    wide, narrow = Noise(5, 6), Noise(16, 7)
+
+    def color(x, y):
+        t = max(0.0, min(1.0, 12 * (0.7 * wide(x, y) + 0.3 * narrow(x, y) - 0.47)))
+        return [0.04 + 0.96 * t * t * (3 - 2 * t)] * 3
+
+    write_png("wet.png", size, color)
+
+
+def make_leaves(size):
+    """The light that comes through a tree: white, with the dark outlines of leaves."""
+    generator = random.Random(8)
+    leaves = [(generator.random(), generator.random(), generator.uniform(0, math.pi), generator.uniform(0.06, 0.11))
+              for _ in range(26)]
+
+    def inside(x, y, leaf):
+        u, v, turn, length = leaf
+        # The picture tiles: the nearest repetition of the leaf counts.
+        dx, dy = (x - u + 0.5) % 1 - 0.5, (y - v + 0.5) % 1 - 0.5
+        along = dx * math.cos(turn) + dy * math.sin(turn)
+        across = -dx * math.sin(turn) + dy * math.cos(turn)
+        return abs(along) < length and abs(across) < 0.42 * length * (1 - (along / length) ** 2)
+
+    write_png("leaves.png", size, lambda x, y: [0.22 if any(inside(x, y, leaf) for leaf in leaves) else 1.0] * 3)
+
+
+def make_noise(size):
+    """Two independent random numbers a pixel."""
+    generator = random.Random(9)
+    write_png("noise.png", size, lambda x, y: [generator.random(), generator.random(), 0.5])
+
+
+def make_studio(size):
+    """What a mirroring ball shows in a room with two bright windows: a sphere map."""
+    def color(x, y):
+        u, v = 2 * x - 1, 1 - 2 * y
+        r2 = u * u + v * v
+        if r2 > 1:
+            return (0.10, 0.11, 0.13)
+        # The normal of the ball there, and where the view is thrown from it.
+        n = math.sqrt(1 - r2)
+        dx, dy, dz = 2 * n * u, 2 * n * v, 2 * n * n - 1
+        azimuth, height = math.atan2(dx, dz), math.asin(max(-1.0, min(1.0, dy)))
+        for center, low, high, tint in ((-0.7, 0.15, 0.75, (1.0, 0.97, 0.90)), (0.9, 0.05, 0.85, (0.85, 0.93, 1.0))):
+            # How far inside the frame, and away from the bars that cross in the middle.
+            across = abs(azimuth - center)
+            pane = min(0.42 - across, height - low, high - height, across - 0.02, abs(height - (low + high) / 2) - 0.02)
+            if pane > -0.06:
+                t = max(0.0, min(1.0, 0.5 + pane / 0.12))
+                return [0.35 * (1 - t) + c * t for c in tint]
+        if height < 0:
+            tile = (math.floor(2 * math.tan(min(1.4, height + 1.5707)) * math.cos(azimuth)) +
+                    math.floor(2 * math.tan(min(1.4, height + 1.5707)) * math.sin(azimuth))) % 2
+            return (0.42, 0.33, 0.25) if tile else (0.30, 0.23, 0.17)
+        t = height / (0.5 * math.pi)
+        return (0.45 + 0.2 * t, 0.47 + 0.2 * t, 0.52 + 0.2 * t)
+
+    write_png("studio.png", size, color)
 
 
 def make_wood(size):
@@ -176,5 +239,9 @@ if __name__ == "__main__":
     make_wood(256)
     make_tiles(256)
     make_logo(192)
+    make_wet(128)
+    make_leaves(256)
+    make_noise(64)
+    make_studio(256)
     make_bowl(12, 40)
     make_gem(8)

@@ -83,6 +83,12 @@ bool putTexture(osg::Node* node, osg::Texture2D* texture, bool repeat, TextureMo
   const auto wrap = repeat || mode == SHADOW_JITTER_TEXTURE ? osg::Texture::REPEAT : osg::Texture::CLAMP_TO_EDGE;
   texture->setWrap(osg::Texture::WRAP_S, wrap);
   texture->setWrap(osg::Texture::WRAP_T, wrap);
+  if (mode == SHADOW_JITTER_TEXTURE) {
+    // The average of random numbers is none.
+    texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::NEAREST);
+    texture->setFilter(osg::Texture::MAG_FILTER, osg::Texture::NEAREST);
+    texture->setMaxAnisotropy(1);
+  }
 
   // What nodes below carry on this unit gives way, as it does for colours.
   surface::visitStateSets(node, [&](osg::StateSet& stateSet) {

@@ -142,7 +142,7 @@ void main() {
   normal = normalize(frame * bump);
 #elif defined(VYR_HEIGHTMAP_TEXTURE)
   const float kReach = 1.0 / 256.0;
-  const float kBump = 2.0;
+  const float kBump = kDepth / kReach;
   float here = texture2D(vyr_map4, mapCoord(4, coord)).r;
   float right = texture2D(vyr_map4, mapCoord(4, coord + vec2(kReach, 0.0))).r;
   float up = texture2D(vyr_map4, mapCoord(4, coord + vec2(0.0, kReach))).r;
@@ -184,14 +184,15 @@ void main() {
 #ifdef VYR_SHADOW_TEXTURE
   vec2 shadowCoord = mapCoord(1, coord);
 #ifdef VYR_SHADOW_JITTER_TEXTURE
-  const float kSpread = 0.02;
+  const float kSpread = 0.03;
+  const int kSamples = 16;
   vec3 light = vec3(0.0);
-  for (int i = 0; i < 8; ++i) {
+  for (int i = 0; i < kSamples; ++i) {
     vec2 seed = mapCoord(2, coord) * 8.0 + vec2(0.37, 0.71) * float(i);
     vec2 jitter = texture2D(vyr_map2, seed).rg * 2.0 - 1.0;
     light += texture2D(vyr_map1, shadowCoord + jitter * kSpread).rgb;
   }
-  light /= 8.0;
+  light /= float(kSamples);
 #else
   vec3 light = texture2D(vyr_map1, shadowCoord).rgb;
 #endif
