@@ -4,6 +4,8 @@
 #include <osg/ColorMask>
 #include <osg/CopyOp>
 #include <osg/Depth>
+#include <osg/Geode>
+#include <osg/Geometry>
 #include <osg/Group>
 #include <osg/Image>
 #include <osg/LightSource>
@@ -17,6 +19,8 @@
 #include <osg/Uniform>
 #include <osg/Viewport>
 #include <osg/observer_ptr>
+#include <vyr/Constraint1DOF.h>
+#include <vyr/Vector.h>
 #include <vyr/observer_ptr.h>
 #include <vyrOSG/CameraData.h>
 #include <vyrOSG/DeformableHeightFieldRenderer.h>
@@ -211,6 +215,20 @@ void* shaderType() {
   return &type;
 }
 
+void* drawnGeode() {
+  auto* geode = static_cast<osg::Geode*>(kept<osg::Geode>());
+  if (geode->getNumDrawables() == 0) {
+    geode->addDrawable(new osg::Geometry());
+  }
+  return geode;
+}
+
+void* heightField() {
+  auto* field = static_cast<osg::HeightField*>(kept<osg::HeightField>());
+  field->allocate(5, 6);
+  return field;
+}
+
 } // namespace
 
 void* conformance::givenObject(const std::string& type) {
@@ -218,6 +236,9 @@ void* conformance::givenObject(const std::string& type) {
       // clang-format off
       {"osg::ColorMask", &kept<osg::ColorMask>},
       {"osg::CopyOp", &kept<osg::CopyOp>},
+      {"osg::Drawable", &kept<osg::Geometry>},
+      {"osg::Geode", &drawnGeode},
+      {"osg::HeightField", &heightField},
       {"osg::Image", &kept<osg::Image>},
       {"osg::LightSource", &kept<osg::LightSource>},
       {"osg::Matrixd", &kept<osg::Matrixd>},
@@ -232,6 +253,7 @@ void* conformance::givenObject(const std::string& type) {
       {"osg::Vec3", &kept<osg::Vec3f>},
       {"osg::Vec4", &kept<osg::Vec4f>},
       {"osg::Viewport", &kept<osg::Viewport>},
+      {"vyrOSG::Constraint1DOFObserverVector", &kept<vyr::Vector<vyr::observer_ptr<vyr::Constraint1DOF>, vyr::ByteAllocator>>},
       // clang-format on
   };
   const auto found = makers.find(type);

@@ -264,7 +264,12 @@ conformance::Recorder::~Recorder() {
 
 void conformance::Recorder::watch(const Watched& watched) {
   for (const std::uintptr_t address : watched.addresses) {
-    s_state->entries[address] = watched;
+    const auto known = s_state->entries.find(address);
+    if (known == s_state->entries.end()) {
+      s_state->entries[address] = watched;
+    } else if (known->second.operation != watched.operation) {
+      known->second.operation += "\n" + watched.operation;
+    }
     plant(address);
   }
 }

@@ -18,6 +18,7 @@ using Value = std::variant<std::monostate, bool, double, std::string, Pointed>;
 
 /// A call from the watched code.
 struct RecordedCall {
+  /// Lines if the compiler found that several watched functions are the same.
   std::string operation;
   std::vector<Value> arguments;
   Value result;
