@@ -1,5 +1,6 @@
 #include "Natives.h"
 
+#include "Frees.h"
 #include "Objects.h"
 #include "Recorder.h"
 #include "Registration.h"
@@ -258,7 +259,17 @@ int gone(lua_State* state) {
   return 1;
 }
 
-/// fieldAddress(name, object) -> where the native field of that Lua name is; nil for an unknown one.
+/// countFrees(object): begins to count; frees() -> how often its memory has been given back since.
+int beginFrees(lua_State* state) {
+  countFrees(tolua_tousertype(state, 1, nullptr));
+  return 0;
+}
+int endFrees(lua_State* state) {
+  lua_pushinteger(state, frees());
+  return 1;
+}
+
+/// field(name, object) -> what stands in the native field of that Lua name; nil for an unknown one.
 int field(lua_State* state) {
   const FieldReader read = fieldReader(luaL_checkstring(state, 1));
   if (read == nullptr) {
@@ -327,6 +338,8 @@ constexpr luaL_Reg kNatives[] = {{"operations", &operations},
                                  {"forget", &forget},
                                  {"observe", &observe},
                                  {"gone", &gone},
+                                 {"countFrees", &beginFrees},
+                                 {"frees", &endFrees},
                                  {"field", &field},
                                  {"entries", &entries},
                                  {"at", &at},

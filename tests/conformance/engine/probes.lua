@@ -240,7 +240,10 @@ local function checks(overload)
       probe(overload, case, all, index + shift, { title = ("%d arguments"):format(index), held = alone })
     end
   end
-  if overload.constructor and overload.form == ".call" then return end
+  if overload.form == ".call" then
+    probes.called(overload, all, count)
+    return
+  end
 
   -- Whatever else the model lets pass is only looked at: the operations themselves do not run.
   local canHold = true
@@ -304,7 +307,10 @@ function probes.lifetime(overload, object, all, count)
   local class = overload.classInfo
   local references = native.count(class.type, object)
   local local_ = overload.form ~= "new"
-  if not references then return end
+  if not references then
+    if local_ and class.collector == "deletes" then probes.deleted(overload, all, count) end
+    return
+  end
   local wanted = local_ and class.collector == "drops" and 1 or 0
   if overload.row.references then wanted = wanted + overload.row.references end
   if references ~= wanted then
@@ -320,6 +326,30 @@ function probes.lifetime(overload, object, all, count)
   if local_ and class.collector == "drops" and not overload.row.references then
     probes.collected(overload, all, count)
   end
+end
+
+-- A class table that is called gives one value, the object, whatever the constructor pushes back.
+function probes.called(overload, all, count)
+  local arguments_ = {}
+  for index = 2, count do arguments_[index - 1] = all[index] end
+  local results, resultCount = pack(pcall(overload.classTable, unpack(arguments_, 1, count - 1)))
+  if not results[1] or resultCount ~= 2 or type(results[2]) ~= "userdata" then
+    return fail(overload, "calling the class gives " .. tostring(results[2]) .. " and " .. (resultCount - 2) .. " more")
+  end
+  if tolua.type(results[2]) ~= overload.class or not native.owned(results[2]) then
+    fail(overload, "calling the class gives a " .. tolua.type(results[2]))
+  end
+end
+
+-- A collector that deletes frees the object's memory, once.
+function probes.deleted(overload, all, count)
+  local object = overload.call(unpack(all, 1, count))
+  native.countFrees(object)
+  object = nil
+  collectgarbage()
+  collectgarbage()
+  local frees = native.frees()
+  if frees ~= 1 then fail(overload, ("collected, and freed %d times"):format(frees)) end
 end
 
 -- The three ways in which a collector may find an object.
