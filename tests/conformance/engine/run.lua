@@ -36,6 +36,13 @@ local function compareRegistration(m, entries, failures)
   end
 end
 
+-- The first difference between a module's table and what the module has registered, in a list that is empty without one.
+function run.registration(name, path, entries)
+  local failures = {}
+  compareRegistration(module.load(name, path), entries, failures)
+  return failures
+end
+
 -- Checks a module. `entries` is what its open function has registered; with `complete`, every operation has to be seen.
 -- Gives the failures and the numbers: overloads, constructors, constants, variables, cases, observed.
 function run.module(name, path, entries, complete)
