@@ -85,7 +85,7 @@ int operations(lua_State* state) {
   return 1;
 }
 
-/// watch(operation, argument kinds, result kind, result in memory, held)
+/// watch(operation, argument kinds, result kind, result in memory, held, bytes of an empty result)
 int watch(lua_State* state) {
   Watched watched;
   watched.operation = luaL_checkstring(state, 1);
@@ -98,6 +98,7 @@ int watch(lua_State* state) {
   watched.result = luaL_checkstring(state, 3);
   watched.resultInMemory = lua_toboolean(state, 4) != 0;
   watched.held = lua_toboolean(state, 5) != 0;
+  watched.heldBytes = static_cast<std::size_t>(luaL_optinteger(state, 6, 0));
   s_recorder->watch(watched);
   return 0;
 }

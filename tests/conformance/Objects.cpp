@@ -20,8 +20,11 @@
 #include <osg/Viewport>
 #include <osg/observer_ptr>
 #include <vyr/Constraint1DOF.h>
+#include <vyr/RigidBody.h>
 #include <vyr/Vector.h>
 #include <vyr/observer_ptr.h>
+#include <vyr/ref_ptr.h>
+#include <vyrCollide/Geometry.h>
 #include <vyrOSG/CameraData.h>
 #include <vyrOSG/DeformableHeightFieldRenderer.h>
 #include <vyrOSG/ExampleApplication.h>
@@ -31,6 +34,7 @@
 #include <vyrOSG/HudTextManager.h>
 #include <vyrOSG/ImageCapture.h>
 #include <vyrOSG/Node.h>
+#include <vyrOSG/PressureAtlas.h>
 #include <vyrOSG/PressureFieldRenderer.h>
 #include <vyrOSG/PressureFromContacts.h>
 #include <vyrOSG/PressureRenderer.h>
@@ -132,6 +136,8 @@ const CountedType* conformance::countedType(const std::string& type) {
       {"osg::Transform", counted<osg::Transform>()},
       {"osg::Uniform", counted<osg::Uniform>()},
       {"osg::Uniform::Callback", counted<osg::Uniform::Callback>()},
+      {"vyr::RigidBody", counted<vyr::RigidBody>()},
+      {"vyrCollide::Geometry", counted<vyrCollide::Geometry>()},
       {"vyrOSG::DeformableHeightFieldRenderer", counted<vyrOSG::DeformableHeightFieldRenderer>()},
       {"vyrOSG::ExampleApplication", counted<vyrOSG::ExampleApplication>()},
       {"vyrOSG::ForceArrowRenderer", counted<vyrOSG::ForceArrowRenderer>()},
@@ -209,6 +215,12 @@ void* kept() {
   }
 }
 
+/// An atlas of no surface.
+void* pressureAtlas() {
+  static const vyr::ref_ptr<vyrOSG::PressureAtlas> atlas = new vyrOSG::PressureAtlas(nullptr);
+  return atlas.get();
+}
+
 /// Interfaces pass this enumeration as an object.
 void* shaderType() {
   static osg::Shader::Type type = osg::Shader::FRAGMENT;
@@ -254,6 +266,7 @@ void* conformance::givenObject(const std::string& type) {
       {"osg::Vec4", &kept<osg::Vec4f>},
       {"osg::Viewport", &kept<osg::Viewport>},
       {"vyrOSG::Constraint1DOFObserverVector", &kept<vyr::Vector<vyr::observer_ptr<vyr::Constraint1DOF>, vyr::ByteAllocator>>},
+      {"vyrOSG::PressureAtlas", &pressureAtlas},
       // clang-format on
   };
   const auto found = makers.find(type);

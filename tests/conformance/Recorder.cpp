@@ -142,7 +142,17 @@ std::vector<Value> decodeArguments(const Watched& watched, const ucontext_t& con
   std::uintptr_t stack = static_cast<std::uintptr_t>(registers[REG_RSP]) + 8;
   std::vector<Value> values;
   for (const std::string& kind : watched.arguments) {
-    if (kind[0] == 'm') {
+    if (kind[0] == 'x') {
+      // A value whose doubles travel in registers of their own.
+      Pointed value{0, {}};
+      const std::size_t count = std::strtoul(kind.c_str() + 1, nullptr, 10);
+      const bool inRegisters = floats + count <= 8;
+      for (std::size_t i = 0; i < count; ++i) {
+        value.numbers.push_back(inRegisters ? lowDouble(context, floats++) : read<double>(stack));
+        stack += inRegisters ? 0 : sizeof(double);
+      }
+      values.push_back(value);
+    } else if (kind[0] == 'm') {
       const std::size_t count = std::strtoul(kind.c_str() + 1, nullptr, 10);
       values.push_back(Pointed{stack, readMany<double>(stack, count)});
       stack += count * sizeof(double);
@@ -209,6 +219,10 @@ void onEntry(ucontext_t& context, std::uintptr_t address, const Watched& watched
       registers[REG_RIP] = static_cast<greg_t>(back);
       registers[REG_RSP] = static_cast<greg_t>(stack + 8);
       registers[REG_RAX] = 0;
+      if (watched.resultInMemory) {
+        registers[REG_RAX] = registers[REG_RDI];
+        std::memset(reinterpret_cast<void*>(registers[REG_RDI]), 0, watched.heldBytes);
+      }
       std::memset(&context.uc_mcontext.fpregs->_xmm[0], 0, sizeof(context.uc_mcontext.fpregs->_xmm[0]));
       return;
     }

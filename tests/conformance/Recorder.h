@@ -1,6 +1,7 @@
 /// Watches calls that cross a library's border, with their arguments and results, and lets the called functions run.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -28,8 +29,8 @@ struct RecordedCall {
 /// How a value travels: a letter, and for pointers optionally what stands there.
 ///   b bool, i int, u unsigned int, l 64 bits, f float, d double, s std::string by address, c const char*, p address,
 ///   D F I U B L the number behind an address; pd<n>, pf<n> address of n doubles, floats; m<n> n doubles in memory
-///   passed on the stack; h (results only) an address inside of a handle that the caller provided memory for; n
-///   nothing.
+///   passed on the stack; x<n> n doubles of one value in registers of their own; h (results only) an address inside of
+///   a handle that the caller provided memory for; n nothing.
 using Kinds = std::vector<std::string>;
 
 /// A function to watch.
@@ -40,8 +41,9 @@ struct Watched {
   std::string result;
   /// The caller passes the address of the result's memory first.
   bool resultInMemory = false;
-  /// The function does not run; the caller gets 0.
+  /// The function does not run; the caller gets 0, or this many bytes that are 0 in the result's memory.
   bool held = false;
+  std::size_t heldBytes = 0;
 };
 
 /// Breakpoints at the entries of functions and at the places that they return to: the one way that sees ordinary and

@@ -15,6 +15,8 @@ local kAliases = {
   ["osg::Matrix3"] = "osg::Matrix3Template<float>", ["osg::Uniform::Callback"] = "osg::UniformCallback",
   ["osg::BoundingSphere"] = "osg::BoundingSphereImpl<osg::Vec3f>",
   ["vyrOSG::Constraint1DOFObserverVector"] = "vyr::Vector<vyr::observer_ptr<vyr::Constraint1DOF>, vyr::ByteAllocator>",
+  ["vyr::RealVector"] = "vyr::VectorPOD<double, vyr::ByteAllocator>", ["vyr::RangeReal"] = "vyr::Range<double>",
+  ["vyrRender::ColorVector"] = "vyr::Vector<vyrRender::Color, vyr::ByteAllocator>",
   ["size_t"] = "unsigned long", ["unsigned"] = "unsigned int", ["GLenum"] = "unsigned int",
 }
 
@@ -26,8 +28,14 @@ local kNumbersOf = {
   ["osg::Vec2"] = "f2", ["osg::Vec2f"] = "f2", ["osg::Vec3"] = "f3", ["osg::Vec3f"] = "f3", ["osg::Vec4"] = "f4",
   ["osg::Vec4f"] = "f4", ["osg::Vec2d"] = "d2", ["osg::Vec3d"] = "d3", ["osg::Vec4d"] = "d4", ["osg::Matrix"] = "d16",
   ["osg::Matrixd"] = "d16", ["osg::Matrixf"] = "f16", ["osg::Matrix2"] = "f4", ["osg::Matrix3"] = "f9",
-  ["osg::Quat"] = "d4",
+  ["osg::Quat"] = "d4", ["vyr::RangeReal"] = "d2",
 }
+
+-- Values that travel in registers when they are passed, by the recorder's letters for them.
+local kPassed = { ["vyr::RangeReal"] = "x2" }
+
+-- The sizes of values that are well made of zeros: functions that give them back can be held.
+local kEmpty = { ["vyrOSG::SimulationObject"] = 24 }
 
 -- Values of at most two registers come back in them.
 local kInRegisters = {
@@ -78,6 +86,7 @@ local function travels(t)
   if t.kind == "boolean" then return t.reference and "B" or "b" end
   if t.kind == "string" then return t.pointer and "c" or "s" end
   local numbers = kNumbersOf[t.base]
+  if t.value and kPassed[t.base] then return kPassed[t.base] end
   if t.value and numbers == "d16" then return "m16" end
   return "p" .. (numbers or "")
 end
@@ -123,17 +132,21 @@ function border.operation(overload)
       if method then kinds[1] = "p" end
       for _, p in ipairs(operation.parameters) do kinds[#kinds + 1] = travels(p) end
       local kind, inMemory = comesBack(not overload.constructor and result or nil)
-      return { full = full, operation = operation, kinds = kinds, result = kind, inMemory = inMemory, method = method }
+      return { full = full, operation = operation, kinds = kinds, result = kind, inMemory = inMemory, method = method,
+        empty = inMemory and kEmpty[result.base] or nil }
     end
     for _, other in ipairs(seen) do close[#close + 1] = other end
   end
   return nil, close
 end
 
-function border.watch(reached, held) native.watch(reached.full, reached.kinds, reached.result, reached.inMemory, held) end
+function border.watch(reached, held)
+  native.watch(reached.full, reached.kinds, reached.result, reached.inMemory, held, reached.empty)
+end
 
 -- Whether the operation may be held back: the caller can do with 0 as a result.
 function border.canHold(reached, overload)
+  if reached.empty then return true end
   if overload.constructor or reached.inMemory then return false end
   local result = reached.operation.result or overload.signature.result
   return not result or not result.reference and (result.kind ~= "object" or result.pointer) and
@@ -156,10 +169,11 @@ local function show(value)
   return "{" .. table.concat(parts, " ") .. "}"
 end
 
--- Compares what an operation received with what was given; `given` values after self, `count` of them. Nil if all is well.
+-- Compares what an operation received with what was given: the address of self, `given` values after it, `count` of them.
+-- Nil if all is well.
 function border.compare(reached, overload, call, self, given, count)
   local shift = reached.method and 1 or 0
-  if shift == 1 and not overload.constructor and not overload.row.ofAnother and call.arguments[1].address ~= native.address(self) then
+  if shift == 1 and not overload.constructor and not overload.row.ofAnother and call.arguments[1].address ~= self then
     return "another object"
   end
   for index, p in ipairs(reached.operation.parameters) do
@@ -169,6 +183,9 @@ function border.compare(reached, overload, call, self, given, count)
     local stated = overload.row.reaches and p.default
     if stated and stated.any then
       wrong = false
+    elseif overload.row.receives and overload.row.receives[index] then
+      expected = overload.row.receives[index]
+      wrong = differing(expected, actual)
     elseif stated or not own or (index > count and (own.default or {}).numbers) then
       local default = stated or own and own.default
       assert(default, "an operation with more parameters than its row needs their values: " .. overload.where)

@@ -63,6 +63,9 @@ function module.load(name, path)
     tables = { text }
   end
 
+  -- The global table itself, outside of all namespaces.
+  function env.global() tables, class = {}, nil end
+
   -- class("StateSet", { type =, base = "", collector = nil | "drops" | "deletes", lineage = { further native bases } })
   function env.class(luaName, info)
     info = info or {}

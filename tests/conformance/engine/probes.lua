@@ -118,6 +118,7 @@ local function probe(top, case, arguments, count, options)
   end
   native.raised()
   native.at(top.where .. " " .. options.title)
+  local self = type(arguments[1]) == "userdata" and native.address(arguments[1]) -- deleting takes it from the value
   local results, resultCount = pack(pcall(options.call or top.call, unpack(arguments, 1, count)))
   local calls = native.take()
   local text, place, wantedType = native.raised()
@@ -153,7 +154,7 @@ local function probe(top, case, arguments, count, options)
   if expected.reached and not call and run.complete then return wrong(expected.reached.full .. " is not reached") end
   if call then
     run.stats.observed[expected] = true
-    local difference = border.compare(expected.reached, expected, call, arguments[1], given, givenCount)
+    local difference = border.compare(expected.reached, expected, call, self, given, givenCount)
     if difference then return wrong(difference) end
   end
   if options.held then return end
@@ -323,8 +324,26 @@ function probes.lifetime(overload, object, all, count)
     native.letGo(class.type, address)
     if not native.gone(watch) then fail(overload, "the last reference went and the object stayed") end
   end
-  if local_ and class.collector == "drops" and not overload.row.references then
-    probes.collected(overload, all, count)
+  if local_ and class.collector == "drops" then
+    if overload.row.references then
+      probes.collectedAndHeld(overload, all, count)
+    else
+      probes.collected(overload, all, count)
+    end
+  end
+end
+
+-- An object that others hold from its construction on outlives its collection and loses one reference.
+function probes.collectedAndHeld(overload, all, count)
+  local class = overload.classInfo
+  local object = overload.call(unpack(all, 1, count))
+  local address, watch = native.address(object), native.observe(class.type, object)
+  object = nil
+  collectgarbage()
+  collectgarbage()
+  if native.gone(watch) then return fail(overload, "collected under somebody who holds it") end
+  if native.countAt(class.type, address) ~= overload.row.references then
+    fail(overload, "the collector did not drop one reference")
   end
 end
 
