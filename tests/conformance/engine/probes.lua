@@ -252,9 +252,14 @@ local function checks(overload)
     local other = overload.chain[index]
     canHold = canHold and other.reached and border.canHold(other.reached, other) and other.seenAtBorder()
   end
-  local function refused(title, arguments_, n)
+  -- Constructors cannot be held: where they take whatever comes, `runs` lets them make what nobody uses.
+  local function refused(title, arguments_, n, runs)
     local taken = model.resolve(overload.chain, overload.index + 1, arguments_, n)
-    if not taken or canHold then probe(overload, case, arguments_, n, { title = title, held = true }) end
+    if not taken or canHold then
+      probe(overload, case, arguments_, n, { title = title, held = true })
+    elseif runs then
+      probe(overload, case, arguments_, n, { title = title })
+    end
   end
   for index = 0, overload.signature.required - 1 do
     refused(("%d arguments are too few"):format(index), all, index + shift)
@@ -269,14 +274,16 @@ local function checks(overload)
     end
     local guarded = row.guarded and (" " .. row.guarded .. " "):find(" " .. index .. " ", 1, true)
     if not (guarded and (p.kind == "object" or p.kind == "string")) then
-      refused(("argument %d is nil"):format(index), with(all, count, place, nil), count)
+      local title = ("argument %d is nil"):format(index)
+      refused(title, with(all, count, place, nil), count, overload.constructor and p.pointer)
     end
     if p.kind == "string" then refused(("argument %d is 12.5"):format(index), with(all, count, place, 12.5), count) end
     if p.kind == "number" and not guarded then
-      refused(("argument %d is a text of digits"):format(index), with(all, count, place, "7.75"), count)
+      local runs = overload.constructor and row.takesAll
+      refused(("argument %d is a text of digits"):format(index), with(all, count, place, "7.75"), count, runs)
       for _, number in ipairs(kExtremes) do
         if p.travels ~= "l" or number < 2 ^ 53 and number >= 0 then
-          refused(("argument %d is %g"):format(index, number), with(all, count, place, number), count)
+          refused(("argument %d is %g"):format(index, number), with(all, count, place, number), count, runs)
         end
       end
     end

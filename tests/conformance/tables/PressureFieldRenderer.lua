@@ -14,4 +14,4 @@ class("PressureFieldRenderer", { base = "vyrModel::PressureFieldRenderer", colle
 constructor { "PressureFieldRenderer(osg::Group* parent)",
   reaches = "vyrOSG::PressureFieldRenderer::PressureFieldRenderer(osg::Group*, double = 1)",
   seen = "native.isa(vyrOSG.PressureFieldRenderer:new(group), 'vyrModel::PressureFieldRenderer'), native.isa(vyrOSG.PressureFieldRenderer:new(group), 'vyr::Referenced')" }
-constructor "PressureFieldRenderer(osg::Group* parent, double scale)"
+constructor { "PressureFieldRenderer(osg::Group* parent, double scale)", takesAll = true }

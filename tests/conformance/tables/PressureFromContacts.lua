@@ -16,7 +16,7 @@ class("PressureFromContacts", { base = "vyrOSG::PressureGenerator", collector = 
 constants { "TANGENTIAL_FORCE", 0, "NORMAL_FORCE", 1, "TOTAL_FORCE", 2 }
 -- Its simulation holds it too.
 constructor { "PressureFromContacts(vyrSDK::Simulation* simulation, vyrOSG::PressureAtlas* atlas, double factor = 2e-05, enum vyrOSG::PressureFromContacts::ForceType forceType = 2)",
-  references = 1 }
+  references = 1, takesAll = true }
 row { "void setRangeFactor(double factor)", seen = "self:getRangeFactor() == 1.3" }
 row { "double getRangeFactor() const", before = "self:setRangeFactor(0.75)", gives = "0.75" }
 row "void addFilter(vyrSDK::ExecuteFilter* filter)"

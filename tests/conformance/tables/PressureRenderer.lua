@@ -28,11 +28,11 @@ constants { "TANGENTIAL_FORCE", 0, "NORMAL_FORCE", 1, "TOTAL_FORCE", 2 }
 -- The simulation updates it after each step and holds it for that.
 class("PressureRenderer", { base = "vyr::Referenced", collector = "drops" })
 constructor { "PressureRenderer(vyrOSG::Group* group, vyrOSG::SceneDecorator* decorator, vyrSDK::Simulation* simulation, double a, double b, const vyrRender::ColorVector& colors)",
-  reaches = "vyrOSG::PressureRenderer::PressureRenderer(vyrOSG::Group*, vyrOSG::SceneDecorator*, vyrSDK::Simulation*, double, double, const vyrRender::ColorVector&, double = 50, double = 2e-05, enum vyrOSG::PressureFromContacts::ForceType = 2)", references = 1 }
+  reaches = "vyrOSG::PressureRenderer::PressureRenderer(vyrOSG::Group*, vyrOSG::SceneDecorator*, vyrSDK::Simulation*, double, double, const vyrRender::ColorVector&, double = 50, double = 2e-05, enum vyrOSG::PressureFromContacts::ForceType = 2)", references = 1, takesAll = true }
 constructor { "PressureRenderer(vyrOSG::Group* group, vyrOSG::SceneDecorator* decorator, vyrSDK::Simulation* simulation, double a, double b, const vyrRender::ColorVector& colors, double c)",
-  reaches = "vyrOSG::PressureRenderer::PressureRenderer(vyrOSG::Group*, vyrOSG::SceneDecorator*, vyrSDK::Simulation*, double, double, const vyrRender::ColorVector&, double, double = 2e-05, enum vyrOSG::PressureFromContacts::ForceType = 2)", references = 1 }
+  reaches = "vyrOSG::PressureRenderer::PressureRenderer(vyrOSG::Group*, vyrOSG::SceneDecorator*, vyrSDK::Simulation*, double, double, const vyrRender::ColorVector&, double, double = 2e-05, enum vyrOSG::PressureFromContacts::ForceType = 2)", references = 1, takesAll = true }
 constructor { "PressureRenderer(vyrOSG::Group* group, vyrOSG::SceneDecorator* decorator, vyrSDK::Simulation* simulation, double a, double b, const vyrRender::ColorVector& colors, double c, double d, enum vyrOSG::PressureFromContacts::ForceType forceType = 2)",
-  references = 1 }
+  references = 1, takesAll = true }
 row { "bool addTrimesh(vyrCollide::Trimesh* mesh, bool flag = true)", with = "mesh, false", gives = "false" }
 row { "bool addGeometry(vyrCollide::Geometry* geometry, bool flag = true)", on = "renderer", with = "geometry, false", gives = "true" }
 row { "bool startMaxAvgRecording()", seen = "self:isRecording()" }
