@@ -218,4 +218,32 @@ TEST_F(Graphics, JournalIsRecordedListedAndPlayed) {
   EXPECT_THAT(missing.errors, HasSubstr("none.journal"));
 }
 
+TEST_F(Graphics, AJournalOfAKilledProgramIsReadable) {
+  const std::string journal = m_folder + "/killed.journal";
+  const std::string script = writeFile(m_folder, "killed.lua",
+                                       "function scene(sim, app, root)\n"
+                                       "  sim:add(vyr.RigidBody('body'))\n"
+                                       "  sim:add(vyrSDK.StepEventListener({post = function()\n"
+                                       "    if arg.kill and sim:getTime() > 2.5 then os.execute('kill -9 $PPID') end\n"
+                                       "  end}))\n"
+                                       "end\n"
+                                       "arg.kill = arg[1] == 'kill'\n"
+                                       "local app = vyrOSG.ExampleApplication()\n"
+                                       "app:init(vyrIO.ArgumentParser(arg))\n"
+                                       "app:addScene(arg[0], 'scene', 0, true)\n"
+                                       "app:run()\n"
+                                       "print(app:getTimeStamp())\n");
+  const std::vector<std::string> environment = {"DISPLAY="};
+  const Outcome killed = runProgram(
+      {"--gl=none", "--steps=1000", script, "kill", "--journal", journal, "--journal-record"}, "", environment);
+  ASSERT_NE(0, killed.code);
+  EXPECT_THAT(killed.output, Not(HasSubstr("2.5")));
+  EXPECT_EQ("session\n", runProgram({"play", journal}, "", environment).output);
+  const Outcome played = runProgram({"--gl=none", "--session=session", "play", journal, script}, "", environment);
+  EXPECT_EQ(0, played.code) << played.errors;
+  // A second's steps are written out together: two whole seconds are safe.
+  EXPECT_EQ("2\n", played.output);
+  EXPECT_THAT(played.errors, Not(HasSubstr("nobody there")));
+}
+
 } // namespace

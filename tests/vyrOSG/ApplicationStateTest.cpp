@@ -7,8 +7,11 @@
 #include <algorithm>
 
 #include <arpa/inet.h>
+#include <csignal>
+#include <filesystem>
 #include <netinet/in.h>
 #include <sqlite3.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -162,6 +165,120 @@ TEST_F(ApplicationState, JournalMistakesAreErrors) {
   EXPECT_FALSE(app->journalRecord(folder / "no/such/folder.db", "x"));
   EXPECT_FALSE(init({"--journal", folder / "none.db", "--journal-session"}) && false);
   EXPECT_GE(messages.take().size(), 3u);
+}
+
+/// Files of this process end at a size for as long as the object lives, as on a disk that is full.
+class FullDisk {
+public:
+  explicit FullDisk(rlim_t bytes)
+      : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &m_old);
+    const rlimit limit = {bytes, m_old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &m_old);
+    std::signal(SIGXFSZ, m_handler);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+  void (*m_handler)(int);
+  rlimit m_old;
+};
+
+TEST_F(ApplicationState, AFullDiskEndsTheJournalAndKeepsItsSteps) {
+  ASSERT_TRUE(init());
+  ASSERT_TRUE(app->journalRecord(journal(), "drop"));
+  app->addScene(script(), "fall", 0, true);
+  app->createNextScene();
+  std::vector<vyr::Vec3> places;
+  std::string message;
+  {
+    const FullDisk full(64 * 1024);
+    CapturedMessages messages;
+    for (int i = 0; i < 2000; ++i) {
+      app->step();
+      places.push_back(box->getPosition());
+    }
+    message = messages.takeOne();
+  }
+  EXPECT_NE(std::string::npos, message.find(journal())) << message;
+  const std::size_t at = message.find("it ends after ");
+  ASSERT_NE(std::string::npos, at) << message;
+  const int steps = std::stoi(message.substr(at + 14));
+  EXPECT_GT(steps, 100);
+  EXPECT_LT(steps, 1000);
+  EXPECT_EQ(std::vector<std::string>({"drop"}), app->listSessionNames(journal()));
+  app->reloadScene();
+  app->journalPlayback();
+  for (int i = 0; i < steps; ++i) {
+    app->step();
+    ASSERT_EQ(places[static_cast<std::size_t>(i)], box->getPosition()) << i;
+  }
+  EXPECT_TRUE(app->getAutoStepping());
+  app->step();
+  EXPECT_FALSE(app->getAutoStepping()) << "and nothing behind them";
+}
+
+TEST_F(ApplicationState, ATruncatedJournalPlaysWhatIsThereAndSaysWhereItEnds) {
+  ASSERT_TRUE(init());
+  ASSERT_TRUE(app->journalRecord(journal(), "drop"));
+  run(10.0);
+  std::filesystem::resize_file(journal(), std::filesystem::file_size(journal()) / 2 / 4096 * 4096);
+  app->reloadScene();
+  CapturedMessages messages;
+  app->journalPlayback();
+  for (int i = 0; i < 700; ++i)
+    app->step();
+  EXPECT_NE(std::string::npos, messages.takeOne().find(journal()));
+  EXPECT_FALSE(app->getAutoStepping());
+  // No journal at all is told as shortly.
+  std::ofstream(folder / "text.db") << std::string(5000, 'x');
+  EXPECT_TRUE(app->listSessionNames(folder / "text.db").empty());
+  EXPECT_NE(std::string::npos, messages.takeOne().find("text.db"));
+  EXPECT_FALSE(app->journalRecord(folder / "text.db", "drop"));
+  EXPECT_NE(std::string::npos, messages.takeOne().find("text.db"));
+}
+
+TEST_F(ApplicationState, APlayedJournalEndsARunWithoutWindow) {
+  ASSERT_TRUE(init());
+  ASSERT_TRUE(app->journalRecord(journal(), "drop"));
+  run(0.5);
+  vyr::ref_ptr<ExampleApplication> player = new ExampleApplication;
+  vyr::ref_ptr<vyrIO::ArgumentParser> arguments = new vyrIO::ArgumentParser(
+      script(), std::vector<std::string>{"--journal", journal(), "--journal-session", "drop", "--journal-playback"});
+  ASSERT_TRUE(player->init(arguments.get()));
+  player->setSceneLoader(loader.get());
+  player->addScene(script(), "fall", 0, true);
+  CapturedMessages messages;
+  EXPECT_EQ(0, player->run());
+  EXPECT_NEAR(0.5, player->getTimeStamp(), 1e-9);
+  EXPECT_TRUE(messages.take().empty());
+}
+
+/// What a body costs in a step, as docs/journal.md tells it.
+TEST_P(JournalFormats, TheSizeIsAsDocumented) {
+  ASSERT_TRUE(init());
+  app->setJournalFormat(static_cast<std::size_t>(GetParam()));
+  loader->scenes["many"] = [](vyrSDK::Simulation& simulation, ExampleApplication&, vyrOSG::Group&) {
+    for (int i = 0; i < 200; ++i) {
+      vyr::ref_ptr<vyr::RigidBody> body = new vyr::RigidBody("body");
+      body->add(new vyrCollide::Geometry(new vyrCollide::Box(vyr::Vec3(0.1, 0.1, 0.1))));
+      body->setPosition(vyr::Vec3(i, 0, 0));
+      body->setAngularVelocity(vyr::Vec3(1, 2, 3));
+      simulation.add(body.get());
+    }
+  };
+  ASSERT_TRUE(app->journalRecord(journal(), "fall"));
+  run(1.0, "many");
+  const double bytes = static_cast<double>(std::filesystem::file_size(journal())) / (200 * 60);
+  RecordProperty("bytes_per_body_and_step", std::to_string(bytes));
+  std::printf("%.1f bytes a body and step\n", bytes);
+  const double state = GetParam() == ExampleApplication::JOURNAL_FULL ? 104 : 52;
+  EXPECT_GT(bytes, state);
+  EXPECT_LT(bytes, state + 32);
 }
 
 TEST_F(ApplicationState, ADebuggerReceivesOneLineAStep) {

@@ -134,6 +134,9 @@ void ExampleApplication::stepSimulation() {
     if (!m_parts->player.next(*m_simulation)) {
       m_parts->player.close();
       setAutoStepping(false);
+      // Without a window nobody can let the simulation go on from here.
+      if (m_backend && m_backend->getKind() != LaunchOptions::WINDOW)
+        m_stopRequested = true;
       return;
     }
   } else {

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 namespace vyrOSG {
 
@@ -23,6 +24,13 @@ const char* const kSchema =
     "CREATE TABLE IF NOT EXISTS pose (session INTEGER NOT NULL, step INTEGER NOT NULL, body INTEGER NOT NULL,"
     "  state BLOB NOT NULL, PRIMARY KEY (session, step, body)) WITHOUT ROWID;";
 
+/// Steps between two commits. A commit costs about as much as writing some hundred bodies; what was committed survives
+/// a full disk and the end of the process.
+constexpr long long kStepsPerCommit = 60;
+
+/// How long a commit waits for somebody who is just reading the file (ms).
+constexpr int kPatience = 2000;
+
 /// Position, rotation, velocity, angular velocity.
 constexpr std::size_t kNumbers = 13;
 
@@ -37,6 +45,17 @@ JournalDatabase openFile(const std::string& file, int flags) {
   const int result = sqlite3_open_v2(file.c_str(), &database, flags, nullptr);
   JournalDatabase opened(database);
   return result == SQLITE_OK ? std::move(opened) : nullptr;
+}
+
+/// Opens a file to read it. Writing is asked for as well: what a killed process left unfinished has to be taken back.
+JournalDatabase openToRead(const std::string& file) {
+  JournalDatabase database = openFile(file, SQLITE_OPEN_READWRITE);
+  if (!database)
+    database = openFile(file, SQLITE_OPEN_READONLY);
+  // Lets a file be read that was cut off, as far as it goes; else its first page alone would refuse it.
+  if (database)
+    sqlite3_exec(database.get(), "PRAGMA writable_schema = ON", nullptr, nullptr, nullptr);
+  return database;
 }
 
 void readState(const vyr::RigidBody& body, double* numbers) {
@@ -84,15 +103,23 @@ struct Journal::BodyTrack {
 Journal::Journal()
     : m_format(FULL)
     , m_session(0)
-    , m_step(0) {}
+    , m_step(0)
+    , m_committed(0) {}
 
 Journal::~Journal() {
   close();
 }
 
-bool Journal::fail(const std::string& what) {
-  const std::string reason = m_database ? sqlite3_errmsg(m_database.get()) : "it cannot be opened";
-  VYR_NOTIFY(vyr::NOTIFY_ERROR) << "journal \"" << m_file << "\": cannot " << what << ": " << reason;
+bool Journal::fail(const std::string& what, const std::string& why) {
+  const std::string reason = !why.empty() ? why : m_database ? sqlite3_errmsg(m_database.get()) : "it cannot be opened";
+  // What was written since the last commit is kept where there is room for it. The database may have given it up
+  // already.
+  const bool kept = m_database && sqlite3_get_autocommit(m_database.get()) == 0 && execute("COMMIT");
+  const long long steps = kept ? m_step : m_committed;
+  VYR_NOTIFY(vyr::NOTIFY_ERROR) << "journal \"" << m_file << "\": cannot " << what << ": " << reason
+                                << (m_step > 0 ? "; it ends after " + std::to_string(steps) + " steps" : "");
+  if (m_database && !kept)
+    execute("ROLLBACK");
   close();
   return false;
 }
@@ -101,7 +128,7 @@ bool Journal::open(const std::string& file, const std::string& session, Format f
   close();
   m_file = file;
   m_format = format;
-  m_step = 0;
+  m_step = m_committed = 0;
   m_tracks.clear();
   m_database = openFile(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   if (!m_database || sqlite3_exec(m_database.get(), kSchema, nullptr, nullptr, nullptr) != SQLITE_OK)
@@ -130,27 +157,49 @@ bool Journal::open(const std::string& file, const std::string& session, Format f
   m_insertPose = prepare(database, "INSERT INTO pose (session, step, body, state) VALUES (?1, ?2, ?3, ?4)");
   if (!m_insertStep || !m_insertBody || !m_insertPose)
     return fail("write to it");
-  // One transaction a session: a commit for each step would cost more than the step.
-  sqlite3_exec(database, "BEGIN", nullptr, nullptr, nullptr);
-  return true;
+  sqlite3_busy_timeout(database, kPatience);
+  return execute("BEGIN") || fail("write to it");
+}
+
+bool Journal::execute(const char* text) {
+  return sqlite3_exec(m_database.get(), text, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
 bool Journal::record(const vyrSDK::Simulation& simulation) {
   if (!m_database)
     return false;
+  // A step is there as a whole or not at all: when the disk is full, what came before it is still written out.
+  if (!execute("SAVEPOINT step"))
+    return fail("write a step");
+  if (!recordStep(simulation)) {
+    const std::string reason = sqlite3_errmsg(m_database.get());
+    execute("ROLLBACK TO step");
+    return fail("write step " + std::to_string(m_step), reason);
+  }
+  if (!execute("RELEASE step"))
+    return fail("write a step");
+  ++m_step;
+  if (m_step % kStepsPerCommit != 0)
+    return true;
+  if (!execute("COMMIT"))
+    return fail("write it out");
+  m_committed = m_step;
+  return execute("BEGIN") || fail("write to it");
+}
+
+bool Journal::recordStep(const vyrSDK::Simulation& simulation) {
   sqlite3_reset(m_insertStep.get());
   sqlite3_bind_int64(m_insertStep.get(), 1, m_session);
   sqlite3_bind_int64(m_insertStep.get(), 2, m_step);
   sqlite3_bind_double(m_insertStep.get(), 3, simulation.getTime());
   sqlite3_bind_int64(m_insertStep.get(), 4, static_cast<sqlite3_int64>(simulation.getTimeStamp().steps()));
   if (sqlite3_step(m_insertStep.get()) != SQLITE_DONE)
-    return fail("write a step");
+    return false;
   const std::vector<vyr::ref_ptr<vyr::RigidBody>>& bodies = simulation.getRigidBodies();
   for (std::size_t i = 0; i < bodies.size(); ++i) {
     if (!recordBody(i, *bodies[i], m_step))
-      return fail("write a body");
+      return false;
   }
-  ++m_step;
   return true;
 }
 
@@ -187,22 +236,26 @@ void Journal::close() {
   m_insertStep.reset();
   m_insertBody.reset();
   m_insertPose.reset();
-  if (m_database)
-    sqlite3_exec(m_database.get(), "COMMIT", nullptr, nullptr, nullptr);
+  if (m_database && sqlite3_get_autocommit(m_database.get()) == 0 && !execute("COMMIT"))
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "journal \"" << m_file << "\": cannot write out its last " << m_step - m_committed
+                                  << " steps: " << sqlite3_errmsg(m_database.get());
   m_database.reset();
 }
 
 std::vector<std::string> Journal::listSessions(const std::string& file) {
   std::vector<std::string> names;
-  const JournalDatabase database = openFile(file, SQLITE_OPEN_READONLY);
+  const JournalDatabase database = openToRead(file);
   const JournalStatement list =
       database ? prepare(database.get(), "SELECT name FROM session ORDER BY id") : JournalStatement();
   if (!list) {
     VYR_NOTIFY(vyr::NOTIFY_ERROR) << "\"" << file << "\" is no journal, or cannot be read";
     return names;
   }
-  while (sqlite3_step(list.get()) == SQLITE_ROW)
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(list.get())) == SQLITE_ROW)
     names.push_back(textAt(list.get(), 0));
+  if (result != SQLITE_DONE)
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "journal \"" << file << "\" is damaged: " << sqlite3_errmsg(database.get());
   return names;
 }
 
@@ -225,14 +278,18 @@ void JournalPlayer::close() {
 bool JournalPlayer::open(const std::string& file, const std::string& session) {
   close();
   m_file = file;
-  m_database = openFile(file, SQLITE_OPEN_READONLY);
+  m_nextStep = 0;
+  m_database = openToRead(file);
   const JournalStatement find =
       m_database ? prepare(m_database.get(), "SELECT id, format FROM session WHERE name = ?1") : JournalStatement();
   if (find)
     sqlite3_bind_text(find.get(), 1, session.c_str(), -1, SQLITE_TRANSIENT);
-  if (!find || sqlite3_step(find.get()) != SQLITE_ROW) {
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "journal \"" << file << "\" cannot be read or has no session \"" << session
-                                  << "\"";
+  const int found = find ? sqlite3_step(find.get()) : SQLITE_ERROR;
+  if (found != SQLITE_ROW) {
+    const std::string reason = !m_database            ? "it cannot be opened"
+                               : found == SQLITE_DONE ? "it has no session \"" + session + "\""
+                                                      : sqlite3_errmsg(m_database.get());
+    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "journal \"" << file << "\" cannot be played back: " << reason;
     close();
     return false;
   }
@@ -242,14 +299,20 @@ bool JournalPlayer::open(const std::string& file, const std::string& session) {
   m_readPoses =
       prepare(m_database.get(), "SELECT body, state FROM pose WHERE session = ?1 AND step = ?2 ORDER BY body");
   if (!m_readStep || !m_readPoses || !readBodies()) {
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << "journal \"" << file << "\" is damaged";
+    reportDamage();
     close();
     return false;
   }
   sqlite3_bind_int64(m_readStep.get(), 1, m_session);
   sqlite3_bind_int64(m_readPoses.get(), 1, m_session);
-  m_nextStep = 0;
   return true;
+}
+
+bool JournalPlayer::reportDamage() {
+  VYR_NOTIFY(vyr::NOTIFY_ERROR) << "journal \"" << m_file << "\" is damaged"
+                                << (m_nextStep > 0 ? " behind step " + std::to_string(m_nextStep) : "") << ": "
+                                << sqlite3_errmsg(m_database.get());
+  return false;
 }
 
 bool JournalPlayer::readBodies() {
@@ -257,26 +320,30 @@ bool JournalPlayer::readBodies() {
   if (!read)
     return false;
   sqlite3_bind_int64(read.get(), 1, m_session);
-  while (sqlite3_step(read.get()) == SQLITE_ROW)
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(read.get())) == SQLITE_ROW)
     m_names[sqlite3_column_int64(read.get(), 0)] = textAt(read.get(), 1);
-  return true;
+  return result == SQLITE_DONE;
 }
 
 bool JournalPlayer::next(vyrSDK::Simulation& simulation) {
   if (!m_database)
     return false;
   sqlite3_bind_int64(m_readStep.get(), 2, m_nextStep);
-  const bool found = sqlite3_step(m_readStep.get()) == SQLITE_ROW;
+  const int found = sqlite3_step(m_readStep.get());
   const double time = sqlite3_column_double(m_readStep.get(), 0);
   const uint64_t number = static_cast<uint64_t>(sqlite3_column_int64(m_readStep.get(), 1));
   // A statement left open between steps would keep the file locked against other recordings.
+  if (found != SQLITE_ROW && found != SQLITE_DONE)
+    return reportDamage();
   sqlite3_reset(m_readStep.get());
-  if (!found)
+  if (found == SQLITE_DONE)
     return false;
   sqlite3_reset(m_readPoses.get());
   sqlite3_bind_int64(m_readPoses.get(), 2, m_nextStep++);
   const std::vector<vyr::ref_ptr<vyr::RigidBody>>& bodies = simulation.getRigidBodies();
-  while (sqlite3_step(m_readPoses.get()) == SQLITE_ROW) {
+  int read = SQLITE_ROW;
+  while ((read = sqlite3_step(m_readPoses.get())) == SQLITE_ROW) {
     const long long index = sqlite3_column_int64(m_readPoses.get(), 0);
     const void* state = sqlite3_column_blob(m_readPoses.get(), 1);
     const std::size_t size = static_cast<std::size_t>(sqlite3_column_bytes(m_readPoses.get(), 1));
@@ -297,6 +364,8 @@ bool JournalPlayer::next(vyrSDK::Simulation& simulation) {
     }
     writeState(*bodies[static_cast<std::size_t>(index)], numbers);
   }
+  if (read != SQLITE_DONE)
+    return reportDamage();
   simulation.setTime(time, number);
   return true;
 }

@@ -40,7 +40,8 @@ public:
   /// Steps written since `open`, 0 while closed.
   long long getNumSteps() const { return m_database ? m_step : 0; }
 
-  /// Writes the state after a step. False and one error line on failure; the journal is closed then.
+  /// Writes the state after a step. False and one error line on failure, as of a full disk; the journal is closed then,
+  /// and holds every step that fitted.
   bool record(const vyrSDK::Simulation& simulation);
 
   /// Ends the session and writes it out.
@@ -51,7 +52,10 @@ public:
 
 private:
   struct BodyTrack;
-  bool fail(const std::string& what);
+  bool execute(const char* text);
+  /// @param why "" for the database's own reason.
+  bool fail(const std::string& what, const std::string& why = "");
+  bool recordStep(const vyrSDK::Simulation& simulation);
   bool recordBody(std::size_t index, const vyr::RigidBody& body, long long step);
 
   std::string m_file;
@@ -62,6 +66,7 @@ private:
   Format m_format;
   long long m_session;
   long long m_step;
+  long long m_committed; ///< Of the steps, those that are safe on the disk.
   std::map<std::size_t, BodyTrack> m_tracks;
 };
 
@@ -82,6 +87,7 @@ public:
 
 private:
   bool readBodies();
+  bool reportDamage();
 
   std::string m_file;
   JournalDatabase m_database;
