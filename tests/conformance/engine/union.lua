@@ -40,8 +40,8 @@ function union.compare(names, path)
     if where and where:sub(-1) == "." then owner, name = find(where:sub(1, -2)), "." .. name end
     local value = owner and rawget(owner, name or full)
     if kind == "function" and type(value) ~= "function" then return full .. " is no function" end
-    if kind == "constant" and union.constant(owner, name) ~= values[full] then
-      return ("%s is %s, not %s"):format(full, tostring(union.constant(owner, name)), tostring(values[full]))
+    if kind == "constant" and union.constant(owner, name or full) ~= values[full] then
+      return ("%s is %s, not %s"):format(full, tostring(union.constant(owner, name or full)), tostring(values[full]))
     end
     if kind == "class" then
       if type(value) ~= "table" then return full .. " is no class" end
