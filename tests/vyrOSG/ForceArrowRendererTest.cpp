@@ -63,6 +63,30 @@ TEST_F(ForceArrowRendererTest, AppliedForcesAreDrawnAlongThemselves) {
   EXPECT_NEAR(drawn().xMax(), 0.002, 0.01);
 }
 
+TEST_F(ForceArrowRendererTest, ForcesThatLaterListenersAddAreSeen) {
+  class Pusher : public vyrSDK::StepEventListener {
+  public:
+    explicit Pusher(vyr::RigidBody* body)
+        : m_body(body) {}
+    void pre(const vyr::TimeStamp&) override { m_body->addForce(vyr::Vec3(0, 300, 0)); }
+
+  private:
+    vyr::observer_ptr<vyr::RigidBody> m_body;
+  };
+  m_simulation->setGravity(vyr::Vec3(0, 0, 0));
+  vyrOSG::SimulationObject ball =
+      vyrOSG::SimulationObject::createSphere("b", vyr::AffineMatrix4x4(), 5, nullptr, m_simulation.get());
+  m_renderer->setScale(0.01);
+  m_renderer->setSmoothFactor(1);
+  m_renderer->add(ball.body.get(), vyr::Vec3());
+  m_simulation->add(new Pusher(ball.body.get()));
+  const size_t listeners = m_simulation->getStepEventListeners().size();
+  m_simulation->step();
+  m_simulation->step();
+  EXPECT_NEAR(drawn().yMax(), 3, 0.1);
+  EXPECT_EQ(m_simulation->getStepEventListeners().size(), listeners);
+}
+
 TEST_F(ForceArrowRendererTest, TheFirstValueCountsFullyAndLaterOnesByTheFactor) {
   m_simulation->setGravity(vyr::Vec3(0, 0, 0));
   vyrOSG::SimulationObject ball =

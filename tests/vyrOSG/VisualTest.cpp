@@ -267,6 +267,31 @@ TEST_F(VisualTest, PathsOfBodiesGrowByOnePointAnInterval) {
   EXPECT_TRUE(places.empty());
 }
 
+TEST_F(VisualTest, ABodyDoesNotInheritThePathOfADeadOne) {
+  vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
+  osg::Geode* geode = vyrOSG::createRigidBodyTrajectoriesVisual(simulation.get(), m_group.get(), 0, 0);
+  const auto& places = static_cast<const osg::Vec3Array&>(*geode->getDrawable(0)->asGeometry()->getVertexArray());
+  const void* address = nullptr;
+  bool isReused = false;
+  // The allocator gives the same memory again sooner or later; here, at once.
+  for (int attempt = 0; attempt < 100 && !isReused; ++attempt) {
+    vyr::ref_ptr<vyr::RigidBody> body = new vyr::RigidBody;
+    isReused = body.get() == address;
+    address = body.get();
+    body->add(new vyrCollide::Geometry(new vyrCollide::Sphere(0.5)));
+    body->setPosition(vyr::Vec3(attempt, 0, 0));
+    simulation->add(body.get());
+    for (int i = 0; i < 3; ++i)
+      simulation->step();
+    updateScene(m_group);
+    EXPECT_EQ(places.size(), 3u) << attempt;
+    for (const osg::Vec3& place : places)
+      EXPECT_EQ(place.x(), float(attempt));
+    simulation->remove(body.get());
+  }
+  EXPECT_TRUE(isReused) << "no body stood where another one had died: nothing was tested";
+}
+
 TEST_F(VisualTest, PathsEndWithTheirDrawing) {
   vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
   vyrOSG::createRigidBodyTrajectoriesVisual(simulation.get(), m_group.get(), 0, 0);

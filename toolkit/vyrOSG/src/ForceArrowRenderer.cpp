@@ -91,8 +91,10 @@ public:
   }
 
   void last(const vyr::TimeStamp&) override {
-    if (m_renderer && m_simulation)
+    if (m_renderer && m_simulation) {
       m_renderer->measure(m_simulation.get());
+      moveToEnd();
+    }
   }
 
   ForceArrowRenderer* m_renderer;
@@ -100,6 +102,16 @@ public:
 
 protected:
   ~Sampler() override = default;
+
+private:
+  /// Forces that other listeners add before the step are seen only behind them.
+  void moveToEnd() {
+    if (m_simulation->getStepEventListeners().back() == this)
+      return;
+    const vyr::ref_ptr<Sampler> kept(this);
+    m_simulation->remove(this);
+    m_simulation->add(this);
+  }
 };
 
 ForceArrowRenderer::ForceArrowRenderer()

@@ -112,7 +112,7 @@ void setFixedLook(osg::Node* node, bool lit) {
     stateSet->setMode(GL_LIGHTING, osg::StateAttribute::OFF | kKept);
   for (unsigned int unit = 0; unit < kTextureUnits; ++unit) {
     for (GLenum mode : {GL_TEXTURE_2D, GL_TEXTURE_CUBE_MAP})
-      stateSet->setTextureMode(unit, mode, osg::StateAttribute::OFF);
+      stateSet->setTextureMode(unit, mode, osg::StateAttribute::OFF | kKept);
   }
   // An empty program is the fixed pipeline.
   stateSet->setAttribute(new osg::Program);

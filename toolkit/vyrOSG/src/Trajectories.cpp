@@ -9,7 +9,38 @@
 #include <vyr/observer_ptr.h>
 #include <vyrSDK/Simulation.h>
 
+#include <map>
+
 namespace vyrOSG {
+
+namespace {
+
+/// Numbers bodies. An address is not enough: a new body may stand where one died.
+class BodyNumbers {
+public:
+  uint64_t get(vyr::RigidBody* body) {
+    Entry& entry = m_entries[body];
+    if (entry.body != body)
+      entry = {vyr::observer_ptr<vyr::RigidBody>(body), ++m_last};
+    return entry.number;
+  }
+
+  void forgetDead() {
+    for (auto i = m_entries.begin(); i != m_entries.end();)
+      i = i->second.body ? std::next(i) : m_entries.erase(i);
+  }
+
+private:
+  struct Entry {
+    vyr::observer_ptr<vyr::RigidBody> body;
+    uint64_t number = 0;
+  };
+
+  std::map<const vyr::RigidBody*, Entry> m_entries;
+  uint64_t m_last = 0;
+};
+
+} // namespace
 
 osg::Geode* createRigidBodyTrajectoriesVisual(vyrSDK::Simulation* simulation, vyrOSG::Group* group, double timeInterval,
                                               size_t maxPoints, const vyr::Vec4& color) {
@@ -24,13 +55,14 @@ osg::Geode* createRigidBodyTrajectoriesVisual(vyrSDK::Simulation* simulation, vy
   const osg::Vec4 lineColor = toOsg(color);
   TrailSource source;
   source.simulation = [observed] { return observed.get(); };
-  source.points = [observed, lineColor] {
+  source.points = [observed, lineColor, numbers = BodyNumbers()]() mutable {
     std::vector<TrailPoint> points;
     if (!observed)
       return points;
+    numbers.forgetDead();
     for (const vyr::ref_ptr<vyr::RigidBody>& body : observed->getRigidBodies()) {
       if (body->getMotionControl() == vyr::RigidBody::DYNAMICS)
-        points.push_back({reinterpret_cast<uintptr_t>(body.get()), osg::Vec3(toOsg(body->getPosition())), lineColor});
+        points.push_back({numbers.get(body.get()), osg::Vec3(toOsg(body->getPosition())), lineColor});
     }
     return points;
   };
