@@ -183,6 +183,10 @@ TEST_F(Conformance, NoticesWrongStatements) {
       {"Text", "base = \"osg::Group\"", "base = \"osg::Node\""},
       {"GeometryNode", "(vyrCollide::Geometry* geometry)\"\nrow", "(vyrCollide::Geometry& geometry)\"\nrow"},
       {"GeometryNode", "gives = \"geometry\"", "gives = \"nil\""},
+      {"Tree", "class(\"Tree\",", "namespace \"vyrOSG\"\nclass(\"Tree\","},
+      {"Tree", "const vyr::Vec4 getColor", "vyr::Vec4 getColor"},
+      {"TerrainRenderer", "{ 2, 10 }", "{ 10, 2 }"},
+      {"PressureFromContacts", "references = 1", "references = 2"},
   };
   namespace fs = std::filesystem;
   const fs::path folder = fs::path(::testing::TempDir()) / ("conformance-" + std::to_string(getpid()));

@@ -85,6 +85,16 @@ int operations(lua_State* state) {
   return 1;
 }
 
+/// nameOf(function) -> the readable name of a native function; nil if no library names it.
+int nameOf(lua_State* state) {
+  const std::string name = symbols().at(reinterpret_cast<std::uintptr_t>(lua_tocfunction(state, 1)));
+  if (name.empty()) {
+    return 0;
+  }
+  lua_pushstring(state, name.c_str());
+  return 1;
+}
+
 /// watch(operation, argument kinds, result kind, result in memory, held, bytes of an empty result)
 int watch(lua_State* state) {
   Watched watched;
@@ -321,6 +331,7 @@ int at(lua_State* state) {
 }
 
 constexpr luaL_Reg kNatives[] = {{"operations", &operations},
+                                 {"nameOf", &nameOf},
                                  {"watch", &watch},
                                  {"take", &take},
                                  {"raised", &raised},

@@ -37,6 +37,11 @@ std::vector<conformance::Entry>& conformance::registration() {
 #pragma GCC visibility push(default)
 extern "C" {
 
+void tolua_open(lua_State* state) {
+  record("open", "");
+  next(&tolua_open, "tolua_open")(state);
+}
+
 void tolua_usertype(lua_State* state, const char* type) {
   record("usertype", type);
   next(&tolua_usertype, "tolua_usertype")(state, type);
@@ -48,12 +53,14 @@ void tolua_module(lua_State* state, const char* name, int hasVariables) {
 }
 
 void tolua_beginmodule(lua_State* state, const char* name) {
+  record("begin", name);
   openTables().push_back(name != nullptr ? name : "");
   next(&tolua_beginmodule, "tolua_beginmodule")(state, name);
 }
 
 void tolua_endmodule(lua_State* state) {
   openTables().pop_back();
+  record("end", "");
   next(&tolua_endmodule, "tolua_endmodule")(state);
 }
 

@@ -10,7 +10,7 @@ namespace conformance {
 
 /// One call of the runtime's registration functions.
 struct Entry {
-  /// usertype, module, class, function, constant, variable or array.
+  /// open, usertype, module, begin, end, class, function, constant, variable or array.
   std::string kind;
   /// The tables around it, joined by points: "osg.Uniform"; "" for the global table.
   std::string table;

@@ -11,8 +11,10 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <memory>
 #include <set>
+#include <sstream>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -135,6 +137,41 @@ TEST(States, AModuleAloneHoldsWhatItsTableSays) {
     EXPECT_EQ("", state.run(std::string("local list = require('run').registration('") + module.name + "', '" + kFolder +
                             "tables/', native.entries()) if list[1] then error(list[1], 0) end"))
         << module.name;
+  }
+}
+
+/// An exported function of a module, by the name that carries its parameter.
+lua_CFunction exported(const std::string& name) {
+  const std::string mangled = "_Z" + std::to_string(name.size()) + name + "P9lua_State";
+  return reinterpret_cast<lua_CFunction>(dlsym(RTLD_DEFAULT, mangled.c_str()));
+}
+
+/// What a function registers in a fresh state, functions included, one line a call of the runtime.
+std::vector<std::string> registeredBy(lua_CFunction function) {
+  State state;
+  conformance::registration().clear();
+  EXPECT_EQ(1, function(state.get()));
+  EXPECT_EQ(0, lua_gettop(state.get()));
+  std::vector<std::string> lines;
+  for (const conformance::Entry& entry : conformance::registration()) {
+    std::ostringstream line;
+    line << entry.table << ' ' << entry.kind << ' ' << entry.name << ' ' << entry.type << ' ' << entry.base << ' '
+         << entry.value << ' ' << reinterpret_cast<void*>(entry.function) << ' '
+         << reinterpret_cast<void*>(entry.setter);
+    lines.push_back(line.str());
+  }
+  return lines;
+}
+
+TEST(States, BothExportedFunctionsOpenAModule) {
+  for (const Module& module : kModules) {
+    const lua_CFunction open = exported(std::string("tolua_vyrOSG_") + module.name + "_open");
+    const lua_CFunction luaopen = exported(std::string("luaopen_vyrOSG_") + module.name);
+    ASSERT_NE(nullptr, open) << module.name;
+    ASSERT_NE(nullptr, luaopen) << module.name;
+    const std::vector<std::string> lines = registeredBy(open);
+    EXPECT_LT(10U, lines.size()) << module.name;
+    EXPECT_EQ(lines, registeredBy(luaopen)) << module.name;
   }
 }
 

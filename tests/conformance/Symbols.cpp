@@ -99,6 +99,7 @@ conformance::Symbols::Symbols() {
         }
         const std::string full = readable(name);
         add(full, library.base + symbol.st_value);
+        m_names[library.base + symbol.st_value] = full;
         if (full.find('>') != std::string::npos && full.find("operator") == std::string::npos) {
           const std::string shorter = withoutTemplate(full);
           if (!shorter.empty()) {
@@ -115,6 +116,11 @@ void conformance::Symbols::add(const std::string& name, std::uintptr_t address) 
   if (std::find(list.begin(), list.end(), address) == list.end()) {
     list.push_back(address);
   }
+}
+
+std::string conformance::Symbols::at(std::uintptr_t address) const {
+  const auto found = m_names.find(address);
+  return found != m_names.end() ? found->second : "";
 }
 
 std::vector<std::string> conformance::Symbols::named(const std::string& name) const {

@@ -23,10 +23,14 @@ public:
   /// Where a function with this readable name begins: more than one address if several libraries carry an inline copy.
   std::vector<std::uintptr_t> addresses(const std::string& fullName) const;
 
+  /// The readable name of the function that begins there; "" if there is none.
+  std::string at(std::uintptr_t address) const;
+
 private:
   void add(const std::string& name, std::uintptr_t address);
 
   std::map<std::string, std::vector<std::uintptr_t>> m_functions;
+  std::map<std::uintptr_t, std::string> m_names;
 };
 
 /// First and last address of the code of the library that `address` belongs to.

@@ -7,13 +7,43 @@ local module = {}
 
 local kOperators = { ["operator<"] = ".lt", ["operator=="] = ".eq", ["operator[]"] = ".geti", ["operator&[]"] = ".seti" }
 
--- Loads a table. Gives { name, entries (what the module registers), overloads, chains by path, variables, constants }.
+-- Loads a table. Gives { name, entries (what the module registers), sequence (all calls of the runtime for that),
+-- wrappers (by their places in the sequence, the names that the registered functions have), overloads, chains by path,
+-- variables, constants }.
 function module.load(name, path)
-  local m = { name = name, entries = {}, overloads = {}, chains = {}, variables = {}, classes = {}, constants = 0 }
-  local tables, class = {}, nil
+  local m = {
+    name = name, entries = {}, sequence = {}, wrappers = {}, overloads = {}, chains = {}, variables = {}, classes = {},
+    constants = 0,
+  }
+  local tables, class, open = {}, nil, {}
   local env = setmetatable({}, { __index = _G })
 
-  local function entry(kind, text) m.entries[#m.entries + 1] = table.concat(tables, ".") .. ": " .. kind .. " " .. text end
+  local function call(kind, text)
+    m.sequence[#m.sequence + 1] = table.concat(open, ".", 2) .. ": " .. kind .. " " .. text
+  end
+
+  local function entry(kind, text, ...)
+    m.entries[#m.entries + 1] = table.concat(tables, ".") .. ": " .. kind .. " " .. text
+    m.sequence[#m.sequence + 1] = m.entries[#m.entries]
+    m.wrappers[#m.sequence] = { ... }
+  end
+
+  local function enter(name_)
+    call("begin", name_)
+    open[#open + 1] = name_
+  end
+
+  -- Closes what is open inside of `path`; the first that is open is the global table.
+  local function leave(path_)
+    while #open > #path_ + 1 do
+      open[#open] = nil
+      call("end", "")
+    end
+  end
+
+  -- A wrapper's name: of the function `method` here, or of an accessor.
+  local function wrapper(method) return ("tolua_vyrOSG_%s_%s_%s"):format(name, table.concat(tables, "_"), method) end
+  local function accessor(verb, what) return ("tolua_%s_%s_%s"):format(verb, table.concat(tables, "__"), what) end
 
   local function place(luaName) return table.concat(tables, ".") .. "." .. luaName end
 
@@ -27,7 +57,8 @@ function module.load(name, path)
     overload.where = ("%s %s %02d"):format(name, path_, #chain)
     chain[#chain + 1] = overload
     m.overloads[#m.overloads + 1] = overload
-    entry("function", luaName)
+    local form = overload.form and "new" or luaName:gsub("^%.", "_")
+    entry("function", luaName, wrapper(("%s%02d%s"):format(form, overload.index, overload.form and overload.form ~= "new" and "_local" or "")))
     return overload
   end
 
@@ -52,19 +83,26 @@ function module.load(name, path)
 
   -- The declared type names, in order.
   function env.types(list)
+    call("open", "")
     for _, type in ipairs(list) do entry("usertype", type) end
     entry("module", "")
+    enter("")
   end
 
   -- A namespace's table; the next one or class ends it.
   function env.namespace(text)
     tables, class = {}, nil
+    leave(tables)
     entry("module", text)
+    enter(text)
     tables = { text }
   end
 
   -- The global table itself, outside of all namespaces.
-  function env.global() tables, class = {}, nil end
+  function env.global()
+    tables, class = {}, nil
+    leave(tables)
+  end
 
   -- class("StateSet", { type =, base = "", collector = nil | "drops" | "deletes", lineage = { further native bases } })
   function env.class(luaName, info)
@@ -74,8 +112,11 @@ function module.load(name, path)
     local last = table.remove(outer)
     tables = { tables[1] }
     for _, part in ipairs(outer) do tables[#tables + 1] = part end
+    leave(tables)
     local typeName = info.type or tables[1] .. "::" .. luaName:gsub("%.", "::")
-    entry("class", ("%s type=%s base=%s%s"):format(last, typeName, info.base or "", info.collector and " collector" or ""))
+    entry("class", ("%s type=%s base=%s%s"):format(last, typeName, info.base or "", info.collector and " collector" or ""),
+      info.collector and "tolua_collect_" .. typeName:gsub("::", "__"))
+    enter(last)
     tables[#tables + 1] = last
     class = { type = typeName, collector = info.collector, lineage = { typeName }, path = table.concat(tables, ".") }
     if info.base and info.base ~= "" then class.lineage[2] = info.base:gsub("^virtual ", "") end
@@ -88,6 +129,7 @@ function module.load(name, path)
     tables = { tables[1] }
     class = nil
     for part in (luaName or ""):gmatch("[^.]+") do tables[#tables + 1] = part end
+    leave(tables)
     for _, known in ipairs(m.classes) do
       if known.path == table.concat(tables, ".") then class = known end
     end
@@ -125,7 +167,9 @@ function module.load(name, path)
   function env.variable(declaration, info)
     info = info or {}
     local p = signature.parse("void f(" .. declaration .. ")").parameters[1]
-    entry("variable", p.name .. (info.readOnly and " read-only" or ""))
+    local field = (info.static and p.text:gsub(" ", "_") .. "_" or "") .. p.name .. (p.pointer and "_ptr" or "")
+    entry("variable", p.name .. (info.readOnly and " read-only" or ""), accessor("get", field),
+      not info.readOnly and accessor("set", field) or nil)
     m.variables[#m.variables + 1] = {
       name = p.name, type = p, info = info, class = class, path = place(p.name), where = name .. " " .. place(p.name),
     }
@@ -134,7 +178,7 @@ function module.load(name, path)
   -- array("double _v", 3)
   function env.array(declaration, size)
     local p = signature.parse("void f(" .. declaration .. ")").parameters[1]
-    entry("array", p.name)
+    entry("array", p.name, (wrapper(p.name):gsub("^tolua", "tolua_get")), (wrapper(p.name):gsub("^tolua", "tolua_set")))
     m.variables[#m.variables + 1] = {
       name = p.name, type = p, size = size, class = class, path = place(p.name), where = name .. " " .. place(p.name), info = {},
     }
@@ -148,6 +192,9 @@ function module.load(name, path)
 
   local chunk = assert(loadfile(path .. name .. ".lua"))
   setfenv(chunk, env)()
+  leave({})
+  open = {}
+  call("end", "")
   return m
 end
 

@@ -25,13 +25,25 @@ local function byPath(entries)
   return lists
 end
 
-local function compareRegistration(m, entries, failures)
-  for index = 1, math.max(#m.entries, #entries) do
-    local actual = entries[index] and module.describe(entries[index])
-    if actual ~= m.entries[index] then
+-- Compares the calls of the runtime, one by one up to the first other one; with `names`, those of the wrappers as well.
+local function compareRegistration(m, entries, failures, names)
+  for index = 1, math.max(#m.sequence, #entries) do
+    local e = entries[index]
+    local actual = e and module.describe(e)
+    if actual ~= m.sequence[index] then
       failures[#failures + 1] = ("%s: registration %d is %s, not %s"):format(m.name, index, tostring(actual),
-        tostring(m.entries[index]))
+        tostring(m.sequence[index]))
       return
+    end
+    if e.kind == "module" and e.value ~= 0 then
+      failures[#failures + 1] = ("%s: %s has variables"):format(m.name, actual)
+    end
+    local wrappers = names and m.wrappers[index] or {}
+    for place, f in ipairs { e.call or false, e.set or false } do
+      local name = f and native.nameOf(f)
+      if wrappers[place] and name ~= wrappers[place] .. "(lua_State*)" then
+        failures[#failures + 1] = ("%s: %s is %s, not %s"):format(m.name, actual, tostring(name), wrappers[place])
+      end
     end
   end
 end
@@ -50,7 +62,7 @@ function run.module(name, path, entries, complete)
   local description = { complete = complete, failures = {}, stats = { cases = 0, observed = {} } }
   local stats, registered = description.stats, byPath(entries)
   probes.begin(description)
-  compareRegistration(m, entries, description.failures)
+  compareRegistration(m, entries, description.failures, complete)
   stats.overloads, stats.constructors, stats.constants, stats.variables = 0, 0, m.constants, #m.variables
   for _, overload in ipairs(m.overloads) do
     local known = registered[overload.path]
