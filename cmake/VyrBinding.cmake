@@ -106,18 +106,11 @@ function(vyr_add_bindings plugin)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/VyrModules.h.in ${VYR_GENERATED_DIRECTORY}/${plugin}_modules.h @ONLY)
 endfunction()
 
-# Links a script plugin lib<plugin>_luaplugin.so from its own sources and the objects of its modules.
-#   vyr_add_script_plugin(<plugin> SOURCES <file>... LIBRARIES <target>... [EXPORTS <symbol pattern>...])
+# Gives a target the shape of a script plugin: what it links, exports and where it looks for its libraries.
+#   vyr_shape_script_plugin(<target> <plugin> LIBRARIES <target>... [EXPORTS <symbol pattern>...])
 # Exported are initPlugin, the open functions of the modules and the patterns of EXPORTS.
-function(vyr_add_script_plugin plugin)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;EXPORTS" ${ARGN})
-  set(target ${plugin}_luaplugin)
-  get_property(modules GLOBAL PROPERTY VYR_MODULES_${plugin})
-  set(objects "")
-  foreach(module ${modules})
-    list(APPEND objects $<TARGET_OBJECTS:binding_${plugin}_${module}>)
-  endforeach()
-  add_library(${target} SHARED ${ARG_SOURCES} ${objects})
+function(vyr_shape_script_plugin target plugin)
+  cmake_parse_arguments(ARG "" "" "LIBRARIES;EXPORTS" ${ARGN})
   target_link_libraries(${target} PRIVATE vyr_binding_support vyr_options)
   target_include_directories(${target} PRIVATE ${VYR_GENERATED_DIRECTORY})
   # vyrLua serves the runtime's symbols; its own link line would bring in an interpreter.
@@ -135,11 +128,25 @@ function(vyr_add_script_plugin plugin)
   set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${script})
   set_target_properties(
     ${target}
-    PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${VYR_PLUGIN_OUTPUT_DIRECTORY}
-               BUILD_RPATH "$ORIGIN/../.."
+    PROPERTIES BUILD_RPATH "$ORIGIN/../.."
                BUILD_RPATH_USE_ORIGIN ON
                INSTALL_RPATH "$ORIGIN/../.."
                SKIP_BUILD_RPATH OFF
                BUILD_WITH_INSTALL_RPATH ON)
+endfunction()
+
+# Links a script plugin lib<plugin>_luaplugin.so from its own sources and the objects of its modules.
+#   vyr_add_script_plugin(<plugin> SOURCES <file>... LIBRARIES <target>... [EXPORTS <symbol pattern>...])
+function(vyr_add_script_plugin plugin)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;EXPORTS" ${ARGN})
+  set(target ${plugin}_luaplugin)
+  get_property(modules GLOBAL PROPERTY VYR_MODULES_${plugin})
+  set(objects "")
+  foreach(module ${modules})
+    list(APPEND objects $<TARGET_OBJECTS:binding_${plugin}_${module}>)
+  endforeach()
+  add_library(${target} SHARED ${ARG_SOURCES} ${objects})
+  vyr_shape_script_plugin(${target} ${plugin} LIBRARIES ${ARG_LIBRARIES} EXPORTS ${ARG_EXPORTS})
+  set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${VYR_PLUGIN_OUTPUT_DIRECTORY})
   install(TARGETS ${target} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/vyr/plugins)
 endfunction()

@@ -47,7 +47,7 @@ constexpr const char* kScript = R"(
     simulation:add(body)
     bodies[#bodies + 1] = body:getPosition()
   end
-  simulation:add(vyrSDK.StepEventListener({ preStep = function(time) bodies.time = tostring(time) end }))
+  simulation:add(vyrSDK.StepEventListener({ pre = function(time) bodies.time = tostring(time) end }))
   simulation:step()
   local group = vyrOSG.Group:new()
   local node = osg.Node()

@@ -20,7 +20,8 @@ local kExcluded = {
 -- The runtime frees what these classes' calls make without asking who else holds it: the ownership page names the
 -- classes and tells scripts to make them by `new`, which is what the fuzzer does. A build with explicit collectors has
 -- no such classes, but the same calls.
-local kMadeByNewOnly = {
+local hasCollectors = rawget(osg.Group, ".collector") ~= nil
+local kMadeByNewOnly = hasCollectors and {} or {
   ["osg::Group"] = true, ["osg::MatrixTransform"] = true, ["osg::Transform"] = true, ["osg::Geode"] = true,
   ["osg::HeightField"] = true, ["osg::StateSet"] = true, ["osg::Uniform"] = true, ["osg::Uniform::Callback"] = true,
   ["vyrOSG::Node"] = true, ["vyrOSG::Group"] = true, ["vyrOSG::Transform"] = true,
@@ -107,7 +108,17 @@ local function make(type)
   end
   return object
 end
-values.init(api, make)
+
+-- A call from within a callback of another one.
+local functions = {}
+local isInCallback = false
+local function callAnything()
+  if isInCallback then return end
+  isInCallback = true
+  for _ = 1, random.integer(1, 4) do callFunction(random.pick(functions)) end
+  isInCallback = false
+end
+values.init(api, make, callAnything)
 
 local function receiver(entry, signature)
   if random.chance(0.04) then return values.anything() end
@@ -135,6 +146,9 @@ function callFunction(entry)
   for index = 1, kTakesItsTime[entry.name] and length or 0 do
     local value = arguments[index]
     if type(value) == "number" and value > 10 and value < 1 / 0 then arguments[index] = 1 end
+  end
+  if entry.name == "vyrSDK.Simulation.setTimeStep" and type(arguments[2]) == "number" and arguments[2] > 0 then
+    arguments[2] = math.max(arguments[2], 1e-3)
   end
   if random.chance(0.02) then give(values.anything()) end
   if random.chance(0.02) and length > 0 then length = length - 1 end
@@ -194,7 +208,6 @@ local function useArray()
   end
 end
 
-local functions = {}
 for _, entry in ipairs(api.functions) do
   local type = api.types[entry.path]
   local isLocalConstructor = entry.key == "new_local" or entry.key == ".call"

@@ -15,11 +15,11 @@ local kStrings = {
   "void main() {}", "vyrOSG::Node", string.rep("x", 300), string.rep("long ", 20000),
 }
 
-local interface, make
+local interface, make, callAnything
 
--- Gives the module the interface and a function that makes an object of a class.
-function values.init(from, maker)
-  interface, make = from, maker
+-- Gives the module the interface, a function that makes an object of a class, and one that makes any call.
+function values.init(from, maker, caller)
+  interface, make, callAnything = from, maker, caller
 end
 
 function values.number(isInteger)
@@ -30,9 +30,10 @@ function values.number(isInteger)
 end
 
 local function callback()
-  local kind = random.integer(1, 3)
+  local kind = random.integer(1, 4)
   if kind == 1 then return function() end end
   if kind == 2 then return function(...) return ... end end
+  if kind == 3 then return function() callAnything() end end
   return function() error("from a callback") end
 end
 
@@ -42,7 +43,7 @@ local function list(depth)
     result[index] = random.chance(0.8) and values.number() or values.anything(depth + 1)
   end
   if random.chance(0.2) then
-    for _, key in ipairs { "preStep", "postStep", "last", "keyboard", "update", "x", "n" } do
+    for _, key in ipairs { "pre", "post", "last", "keyboard", "mouse", "mouseMotion", "update", "x", "n" } do
       result[key] = random.chance(0.8) and callback() or values.anything(depth + 1)
     end
   end

@@ -118,4 +118,10 @@ function testBranchOutlivesItsTree()
   check.isTrue(branch.body ~= nil)
 end
 
+function testArrayWithoutItsOwnerHasNoElements()
+  local array = osg.Vec3f(1, 2, 3)._v
+  collectgarbage()
+  check.isFalse((pcall(function() return array[1] end)))
+end
+
 check.run()
