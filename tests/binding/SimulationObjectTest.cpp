@@ -2,7 +2,9 @@
 #include "ModuleTest.h"
 
 #include <osg/Group>
+#include <osg/Observer>
 #include <vyr/AffineMatrix4x4.h>
+#include <vyr/Referenced.h>
 #include <vyr/RigidBody.h>
 #include <vyr/Vec3.h>
 #include <vyr/VectorPOD.h>
@@ -10,6 +12,9 @@
 #include <vyrCollide/Geometry.h>
 #include <vyrOSG/Group.h>
 #include <vyrOSG/SimulationObject.h>
+
+#include <string>
+#include <utility>
 
 namespace {
 
@@ -65,6 +70,43 @@ TEST_F(SimulationObjectModule, CopiesShareAndReleaseTheirParts) {
   EXPECT_EQ(geometries, geometry->getReferenceCount());
   EXPECT_EQ("invalid 'self' in function 'getNode'", lua.raised("s:getNode()"));
   EXPECT_EQ("invalid 'self' in function 'delete'", lua.raised("s:delete()"));
+}
+
+/// Notes in a list that its object goes.
+struct Farewell : vyr::Observer, osg::Observer {
+  Farewell(std::string& inList, std::string inName)
+      : list(inList)
+      , name(std::move(inName)) {}
+  void objectDeleted(vyr::Referenced*) override { list += name; }
+  void objectDeleted(void*) override { list += name; }
+  std::string& list;
+  std::string name;
+};
+
+TEST_F(SimulationObjectModule, TheLastOneLetsNodeBodyAndGeometryGoInThatOrder) {
+  for (const char* end : {"s:delete() s = nil", "s = nil collectgarbage() collectgarbage()",
+                          "local c = S:new(s) s:delete() c:delete() s = nil"}) {
+    std::string order;
+    Farewell nodeGoes(order, "node ");
+    Farewell bodyGoes(order, "body ");
+    Farewell geometryGoes(order, "geometry ");
+    osg::ref_ptr<osg::Node> node = new osg::Node;
+    vyr::ref_ptr<vyr::RigidBody> body = new vyr::RigidBody;
+    vyr::ref_ptr<vyrCollide::Geometry> geometry = new vyrCollide::Geometry(new vyrCollide::Box(size));
+    node->addObserver(&nodeGoes);
+    body->addObserver(&bodyGoes);
+    geometry->addObserver(&geometryGoes);
+    set("n", node.get(), "osg::Node");
+    set("b", body.get(), "vyr::RigidBody");
+    set("q", geometry.get(), "vyrCollide::Geometry");
+    lua.run("s = S(q, b, n) n, b, q = nil, nil, nil");
+    node = nullptr;
+    body = nullptr;
+    geometry = nullptr;
+    EXPECT_EQ("", order) << end;
+    EXPECT_EQ("", lua.run(end)) << end;
+    EXPECT_EQ("node body geometry ", order) << end;
+  }
 }
 
 TEST_F(SimulationObjectModule, TheBoxNeedsItsSimulation) {
