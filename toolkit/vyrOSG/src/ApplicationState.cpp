@@ -150,7 +150,7 @@ void ExampleApplication::journalPlayback() {
     setAutoStepping(true);
 }
 
-std::vector<std::string> ExampleApplication::listSessionNames(const std::string& file) const {
+std::vector<std::string> ExampleApplication::listSessionNames(const std::string& file) {
   const std::vector<std::string> names = Journal::listSessions(file);
   for (const std::string& name : names)
     VYR_NOTIFY(vyr::NOTIFY_INFO) << file << ": session \"" << name << "\"";

@@ -267,7 +267,7 @@ public:
   /// Starts writing each step into the journal @p file under @p session; false and one error line on failure.
   bool journalRecord(const std::string& file, const std::string& session);
   /// The names of the sessions in a journal, oldest first; also told as information.
-  std::vector<std::string> listSessionNames(const std::string& file) const;
+  std::vector<std::string> listSessionNames(const std::string& file);
   std::size_t getJournalFormat() const;
   /// A `JournalFormat`; any other number is one error line and changes nothing. Takes effect with the next recording.
   void setJournalFormat(std::size_t format);
