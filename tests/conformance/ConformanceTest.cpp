@@ -3,6 +3,7 @@
 #include "Registration.h"
 
 #include <vyrModel_modules.h>
+#include <vyrOSG/LaunchOptions.h>
 #include <vyrOSG_modules.h>
 #include <vyr_modules.h>
 
@@ -67,6 +68,8 @@ protected:
     for (const auto& module : kModules) {
       module.open(m_state);
     }
+    // Applications that run or take pictures do so without a window.
+    vyrOSG::LaunchOptions::process().backend = vyrOSG::LaunchOptions::NONE;
     tolua_usertype(m_state, "conformance::Foreign");
     conformance::openNatives(m_state, kModules[0].open);
     lua_getglobal(m_state, "package");

@@ -205,21 +205,23 @@ int isa(lua_State* state) {
   return 1;
 }
 
-/// numbers(object, kind, count) -> the first numbers in the object's memory; the kind is "d" or "f".
+template <class T>
+double numberIn(const char* memory, int index) {
+  T number;
+  std::memcpy(&number, memory + static_cast<std::size_t>(index) * sizeof(T), sizeof(T));
+  return static_cast<double>(number);
+}
+
+/// numbers(object, kind, count) -> the first numbers in the object's memory; the kind is "d", "f" or "u".
 int numbers(lua_State* state) {
   const char* memory = static_cast<const char*>(tolua_tousertype(state, 1, nullptr));
-  const bool isDouble = *luaL_checkstring(state, 2) == 'd';
+  const char kind = *luaL_checkstring(state, 2);
   const int count = static_cast<int>(luaL_checkinteger(state, 3));
   lua_newtable(state);
   for (int i = 0; memory != nullptr && i < count; ++i) {
-    double number = 0;
-    if (isDouble) {
-      std::memcpy(&number, memory + static_cast<std::size_t>(i) * sizeof(double), sizeof(double));
-    } else {
-      float narrow = 0;
-      std::memcpy(&narrow, memory + static_cast<std::size_t>(i) * sizeof(float), sizeof(float));
-      number = static_cast<double>(narrow);
-    }
+    const double number = kind == 'd'   ? numberIn<double>(memory, i)
+                          : kind == 'f' ? numberIn<float>(memory, i)
+                                        : numberIn<std::uint32_t>(memory, i);
     lua_pushnumber(state, number);
     lua_rawseti(state, -2, i + 1);
   }

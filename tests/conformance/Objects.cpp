@@ -1,30 +1,41 @@
 #include "Objects.h"
 
+#include <osg/BoundingBox>
+#include <osg/BoundingSphere>
 #include <osg/Camera>
 #include <osg/ColorMask>
 #include <osg/CopyOp>
 #include <osg/Depth>
+#include <osg/DisplaySettings>
 #include <osg/Geode>
 #include <osg/Geometry>
+#include <osg/GraphicsThread>
 #include <osg/Group>
 #include <osg/Image>
 #include <osg/LightSource>
+#include <osg/Material>
 #include <osg/MatrixTransform>
+#include <osg/NodeVisitor>
 #include <osg/Shader>
 #include <osg/Shape>
 #include <osg/State>
 #include <osg/StateSet>
+#include <osg/Stats>
 #include <osg/TexMat>
 #include <osg/Texture2D>
 #include <osg/Uniform>
+#include <osg/View>
 #include <osg/Viewport>
 #include <osg/observer_ptr>
+#include <osgViewer/GraphicsWindow>
+#include <osgViewer/Viewer>
 #include <vyr/Constraint1DOF.h>
 #include <vyr/RigidBody.h>
 #include <vyr/Vector.h>
 #include <vyr/observer_ptr.h>
 #include <vyr/ref_ptr.h>
 #include <vyrCollide/Geometry.h>
+#include <vyrIO/CFGSceneLoader.h>
 #include <vyrOSG/CameraData.h>
 #include <vyrOSG/DeformableHeightFieldRenderer.h>
 #include <vyrOSG/ExampleApplication.h>
@@ -203,12 +214,16 @@ FieldReader conformance::fieldReader(const std::string& name) {
 
 namespace {
 
-/// A value, or a counted object that lives as long as the process.
-template <class T>
+/// A value, or a counted object that lives as long as the process, as the type that it is given for.
+/// @tparam Number distinguishes objects of one type
+template <class T, class As = T, int Number = 0>
 void* kept() {
   if constexpr (std::is_base_of_v<osg::Referenced, T>) {
     static const osg::ref_ptr<T> object = new T();
-    return object.get();
+    return static_cast<As*>(object.get());
+  } else if constexpr (std::is_base_of_v<vyr::Referenced, T>) {
+    static const vyr::ref_ptr<T> object = new T();
+    return static_cast<As*>(object.get());
   } else {
     static T object;
     return &object;
@@ -220,6 +235,39 @@ void* pressureAtlas() {
   static const vyr::ref_ptr<vyrOSG::PressureAtlas> atlas = new vyrOSG::PressureAtlas(nullptr);
   return atlas.get();
 }
+
+/// A graphics operation that is never run.
+class Idle : public osg::GraphicsOperation {
+public:
+  Idle()
+      : osg::Referenced(true)
+      , osg::GraphicsOperation("idle", false) {}
+  void operator()(osg::GraphicsContext*) override {}
+};
+
+/// A loader that is only handed around.
+class NoScenes : public vyrIO::CFGSceneLoader {
+public:
+  bool loadScene(const std::string&, const std::string&, vyrSDK::Simulation*, vyrOSG::ExampleApplication*,
+                 vyrOSG::Group*, std::string&) override {
+    return false;
+  }
+};
+
+template <int Number = 0>
+void* statistics() {
+  static const osg::ref_ptr<osg::Stats> object = new osg::Stats("conformance");
+  return object.get();
+}
+
+/// Interfaces pass these numbers as objects.
+template <GLenum Value, class Which>
+void* number() {
+  static GLenum value = Value;
+  return &value;
+}
+struct Enumeration;
+struct BitField;
 
 /// Interfaces pass this enumeration as an object.
 void* shaderType() {
@@ -246,27 +294,47 @@ void* heightField() {
 void* conformance::givenObject(const std::string& type) {
   static const std::map<std::string, void* (*)()> makers = {
       // clang-format off
+      {"GLbitfield", &number<GL_DEPTH_BUFFER_BIT, BitField>},
+      {"GLenum", &number<GL_FRONT, Enumeration>},
+      {"const osg::DisplaySettings", &kept<osg::DisplaySettings, osg::DisplaySettings, 1>},
+      {"const osg::GraphicsContext", &kept<osgViewer::GraphicsWindowEmbedded, osg::GraphicsContext, 1>},
+      {"const osg::GraphicsOperation", &kept<Idle, osg::GraphicsOperation, 1>},
+      {"const osg::Object", &kept<osg::Material, osg::Object, 1>},
+      {"const osg::Stats", &statistics<1>},
+      {"const osg::View", &kept<osg::View, osg::View, 1>},
+      {"osg::BoundingBox", &kept<osg::BoundingBox>},
+      {"osg::BoundingSphere", &kept<osg::BoundingSphere>},
       {"osg::ColorMask", &kept<osg::ColorMask>},
       {"osg::CopyOp", &kept<osg::CopyOp>},
       {"osg::Drawable", &kept<osg::Geometry>},
       {"osg::Geode", &drawnGeode},
       {"osg::HeightField", &heightField},
+      {"osg::DisplaySettings", &kept<osg::DisplaySettings>},
+      {"osg::GraphicsContext", &kept<osgViewer::GraphicsWindowEmbedded, osg::GraphicsContext>},
+      {"osg::GraphicsOperation", &kept<Idle, osg::GraphicsOperation>},
       {"osg::Image", &kept<osg::Image>},
       {"osg::LightSource", &kept<osg::LightSource>},
+      {"osg::Matrix", &kept<osg::Matrix>},
       {"osg::Matrixd", &kept<osg::Matrixd>},
       {"osg::Matrixf", &kept<osg::Matrixf>},
+      {"osg::NodeVisitor", &kept<osg::NodeVisitor>},
+      {"osg::Object", &kept<osg::Material, osg::Object>},
       {"osg::Shader::Type", &shaderType},
       {"osg::State", &kept<osg::State>},
       {"osg::StateAttribute", &kept<osg::Depth>},
+      {"osg::Stats", &statistics<>},
       {"osg::TexMat", &kept<osg::TexMat>},
       {"osg::Texture", &kept<osg::Texture2D>},
       {"osg::Texture2D", &kept<osg::Texture2D>},
       {"osg::Vec2", &kept<osg::Vec2f>},
       {"osg::Vec3", &kept<osg::Vec3f>},
       {"osg::Vec4", &kept<osg::Vec4f>},
+      {"osg::View", &kept<osg::View>},
       {"osg::Viewport", &kept<osg::Viewport>},
       {"vyrOSG::Constraint1DOFObserverVector", &kept<vyr::Vector<vyr::observer_ptr<vyr::Constraint1DOF>, vyr::ByteAllocator>>},
       {"vyrOSG::PressureAtlas", &pressureAtlas},
+      {"osgViewer::Viewer", &kept<osgViewer::Viewer>},
+      {"vyrIO::CFGSceneLoader", &kept<NoScenes, vyrIO::CFGSceneLoader>},
       // clang-format on
   };
   const auto found = makers.find(type);

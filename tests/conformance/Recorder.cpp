@@ -5,6 +5,7 @@
 #include <ucontext.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -113,6 +114,14 @@ Value decodeWord(const std::string& kind, std::uintptr_t word) {
     return read<bool>(word);
   case 'h':
     return Pointed{word == 0 ? 0 : read<std::uintptr_t>(word), {}};
+  case 'w': {
+    Pointed packed;
+    for (char at = '0'; at < kind[1]; ++at) {
+      packed.numbers.push_back(static_cast<double>(static_cast<std::uint32_t>(word)));
+      word >>= 32;
+    }
+    return packed;
+  }
   case 'p': {
     Pointed pointed{word, {}};
     if (kind.size() > 2) {
@@ -128,6 +137,20 @@ Value decodeWord(const std::string& kind, std::uintptr_t word) {
 
 double lowDouble(const ucontext_t& context, std::size_t index) {
   return read<double>(reinterpret_cast<std::uintptr_t>(&context.uc_mcontext.fpregs->_xmm[index]));
+}
+
+/// Numbers that came back side by side, eight bytes a register.
+Value packedNumbers(const std::string& kind, const ucontext_t& context) {
+  Pointed packed;
+  const std::size_t count = std::strtoul(kind.c_str() + 2, nullptr, 10);
+  const std::size_t each = kind[1] == 'd' ? 1 : 2;
+  for (std::size_t i = 0; i < count; i += each) {
+    const auto half = reinterpret_cast<std::uintptr_t>(&context.uc_mcontext.fpregs->_xmm[i / each]);
+    const std::size_t here = std::min(each, count - i);
+    const std::vector<double> numbers = kind[1] == 'd' ? readMany<double>(half, here) : readMany<float>(half, here);
+    packed.numbers.insert(packed.numbers.end(), numbers.begin(), numbers.end());
+  }
+  return packed;
 }
 
 float lowFloat(const ucontext_t& context, std::size_t index) {
@@ -187,7 +210,9 @@ void onReturn(ucontext_t& context, std::uintptr_t address) {
     }
     RecordedCall& call = s_state->calls[pending.call];
     call.returned = true;
-    if (pending.result[0] == 'f') {
+    if (pending.result[0] == 'r') {
+      call.result = packedNumbers(pending.result, context);
+    } else if (pending.result[0] == 'f') {
       call.result = static_cast<double>(lowFloat(context, 0));
     } else if (pending.result[0] == 'd') {
       call.result = lowDouble(context, 0);

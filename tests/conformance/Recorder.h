@@ -29,7 +29,8 @@ struct RecordedCall {
 /// How a value travels: a letter, and for pointers optionally what stands there.
 ///   b bool, i int, u unsigned int, l 64 bits, f float, d double, s std::string by address, c const char*, p address,
 ///   D F I U B L the number behind an address; pd<n>, pf<n> address of n doubles, floats; m<n> n doubles in memory
-///   passed on the stack; x<n> n doubles of one value in registers of their own; h (results only) an address inside of
+///   passed on the stack; w<n> n unsigned int in one register; x<n> n doubles of one value in registers of their own;
+///   rd<n>, rf<n> (results only) n doubles or floats side by side in registers; h (results only) an address inside of
 ///   a handle that the caller provided memory for; n nothing.
 using Kinds = std::vector<std::string>;
 

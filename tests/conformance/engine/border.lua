@@ -14,10 +14,12 @@ local kAliases = {
   ["osg::Matrix"] = "osg::Matrixd", ["osg::Matrix2"] = "osg::Matrix2Template<float>",
   ["osg::Matrix3"] = "osg::Matrix3Template<float>", ["osg::Uniform::Callback"] = "osg::UniformCallback",
   ["osg::BoundingSphere"] = "osg::BoundingSphereImpl<osg::Vec3f>",
+  ["osg::BoundingBox"] = "osg::BoundingBoxImpl<osg::Vec3f>",
   ["vyrOSG::Constraint1DOFObserverVector"] = "vyr::Vector<vyr::observer_ptr<vyr::Constraint1DOF>, vyr::ByteAllocator>",
   ["vyr::RealVector"] = "vyr::VectorPOD<double, vyr::ByteAllocator>", ["vyr::RangeReal"] = "vyr::Range<double>",
   ["vyrRender::ColorVector"] = "vyr::Vector<vyrRender::Color, vyr::ByteAllocator>",
   ["size_t"] = "unsigned long", ["unsigned"] = "unsigned int", ["GLenum"] = "unsigned int",
+  ["GLbitfield"] = "unsigned int",
 }
 
 -- The numbers that value types consist of.
@@ -28,11 +30,11 @@ local kNumbersOf = {
   ["osg::Vec2"] = "f2", ["osg::Vec2f"] = "f2", ["osg::Vec3"] = "f3", ["osg::Vec3f"] = "f3", ["osg::Vec4"] = "f4",
   ["osg::Vec4f"] = "f4", ["osg::Vec2d"] = "d2", ["osg::Vec3d"] = "d3", ["osg::Vec4d"] = "d4", ["osg::Matrix"] = "d16",
   ["osg::Matrixd"] = "d16", ["osg::Matrixf"] = "f16", ["osg::Matrix2"] = "f4", ["osg::Matrix3"] = "f9",
-  ["osg::Quat"] = "d4", ["vyr::RangeReal"] = "d2",
+  ["osg::Quat"] = "d4", ["vyr::RangeReal"] = "d2", ["vyr::Vec2u"] = "u2", ["GLenum"] = "u1", ["GLbitfield"] = "u1",
 }
 
 -- Values that travel in registers when they are passed, by the recorder's letters for them.
-local kPassed = { ["vyr::RangeReal"] = "x2" }
+local kPassed = { ["vyr::RangeReal"] = "x2", ["vyr::Vec2u"] = "w2", ["GLenum"] = "u", ["GLbitfield"] = "u" }
 
 -- The sizes of values that are well made of zeros: functions that give them back can be held.
 local kEmpty = { ["vyrOSG::SimulationObject"] = 24 }
@@ -87,7 +89,8 @@ local function travels(t)
   if t.kind == "string" then return t.pointer and "c" or "s" end
   local numbers = kNumbersOf[t.base]
   if t.value and kPassed[t.base] then return kPassed[t.base] end
-  if t.value and numbers == "d16" then return "m16" end
+  -- Values that two registers do not hold.
+  if t.value and numbers and numbers:sub(1, 1) == "d" and numbers ~= "d2" then return "m" .. numbers:sub(2) end
   return "p" .. (numbers or "")
 end
 
@@ -96,8 +99,10 @@ local function comesBack(t)
   if t.kind == "string" then return t.pointer and "c" or "s", not t.pointer and not t.reference end
   if t.handle then return t.reference and "h" or t.handle, not t.reference end
   if t.kind == "object" and t.value then
-    if kInRegisters[t.base] then return "n", false end
-    return "p" .. (kNumbersOf[t.base] or ""), true
+    local numbers = kNumbersOf[t.base]
+    if numbers and numbers:sub(1, 1) == "u" then return kPassed[t.base], false end
+    if kInRegisters[t.base] then return "r" .. numbers, false end
+    return "p" .. (numbers or ""), true
   end
   if t.kind == "object" then return "p" .. (kNumbersOf[t.base] or ""), false end
   return t.kind == "number" and (t.reference and t.travels:upper() or t.travels) or (t.reference and "B" or "b"), false
@@ -210,7 +215,7 @@ function border.compare(reached, overload, call, self, given, count)
         if kNumbersOf[p.base]:sub(1, 1) == "f" then
           for i, number in ipairs(numbers) do numbers[i] = native.narrow(number) end
         end
-        expected, wrong = numbers, differing(numbers, actual)
+        expected, wrong = numbers, differing(numbers, type(actual) == "table" and actual or { actual })
       else
         wrong = actual.address ~= address
       end

@@ -77,8 +77,9 @@ local function wrongResult(overload, value, call, case)
     local numbers = border.numbersOf(t.base)
     if known and numbers then
       local actual = native.numbers(value, numbers:sub(1, 1), tonumber(numbers:sub(2)))
+      local returned = type(raw) == "table" and raw or { raw }
       for index, number in ipairs(actual) do
-        if not same(number, raw[index]) then return "the value is another one" end
+        if not same(number, returned[index]) then return "the value is another one" end
       end
     end
     return nil
@@ -160,6 +161,9 @@ local function probe(top, case, arguments, count, options)
   if options.held then return end
   local difference = checkResults(expected, results, resultCount, call, case, given, givenCount)
   if difference then return wrong(difference) end
+  for index = 1, resultCount do
+    if type(results[index]) == "userdata" then case.known[native.address(results[index])] = true end
+  end
   return results, resultCount
 end
 
