@@ -71,7 +71,7 @@ function buildScene(sim, app, root)
     rings:apply(object)
   end
 
-  app:setCameraHome(Vec3(5, -7, 4.5), Vec3(0, 0, 0.6))
+  app:setCameraHome(Vec3(5.2, -8.6, 5), Vec3(0.9, 0, 0.5))
   app:getSceneDecorator():setEnableShadows(true)
 end
 

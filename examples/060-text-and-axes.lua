@@ -6,8 +6,8 @@ function buildScene(sim, app, root)
   local S, Vec3, Vec4 = vyrOSG.SimulationObject, vyr.Vec3, vyr.Vec4
   local function at(x, y, z) return vyr.AffineMatrix4x4:translate(x, y, z) end
 
-  local ground = S:createBox("ground", at(0, 0, -0.25), Vec3(16, 8, 0.5), root, sim, vyr.RigidBody.STATIC)
-  vyrOSG.setDiffuseColor(ground:getNode(), Vec4(0.36, 0.40, 0.46, 1))
+  local ground = S:createBox("ground", at(0, 0, -0.25), Vec3(80, 60, 0.5), root, sim, vyr.RigidBody.STATIC)
+  vyrOSG.setDiffuseColor(ground:getNode(), Vec4(0.40, 0.44, 0.50, 1))
   -- 16 by 8 cells from a corner along two edges, just above the ground.
   vyrOSG.createGrid(16, 8, Vec3(-8, -4, 0.01), Vec3(16, 0, 0), Vec3(0, 8, 0), root)
 
@@ -49,7 +49,8 @@ function buildScene(sim, app, root)
     end
   end }))
 
-  app:setCameraHome(Vec3(0, -13.5, 5.5), Vec3(0, 0, 1.0))
+  app:setCameraHome(Vec3(0, -13.5, 5), Vec3(0, 0, 1.4))
+  app:getSceneDecorator():setEnableShadows(true)
 end
 
 local app = vyrOSG.ExampleApplication()

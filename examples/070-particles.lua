@@ -33,16 +33,22 @@ function buildScene(sim, app, root)
     end
   end }))
 
-  -- The pebbles: ten a second for five seconds, at random places of a box above the basin.
+  -- The pebbles: ten a second for five seconds, of random sizes, at random places of a box above the basin.
   local pebbles = vyr.RigidBodyEmitter(5)
-  pebbles:setShape(vyrCollide.Sphere(0.16), vyr.Material("pebble", 2600, 0.5, 0.3))
+  local rock = vyr.Material("pebble", 2600, 0.5, 0.3)
+  pebbles:setGeometryFactory(function(index, random)
+    local pebble = vyrCollide.Geometry(vyrCollide.Sphere(0.11 + 0.11 * random()))
+    pebble:setMaterial(rock)
+    return pebble
+  end)
   pebbles:setRegion(Vec3(-2.5, -2.5, 4), Vec3(2.5, 2.5, 5))
   pebbles:setRate(10)
   pebbles:setMaximum(50)
   sim:add(pebbles)
   vyrOSG.createVisual(pebbles, root)
 
-  app:setCameraHome(Vec3(5.5, -8, 5.5), Vec3(0, 0, 0.6))
+  app:setCameraHome(Vec3(6, -9, 6.5), Vec3(0, 0, 0.3))
+  app:getSceneDecorator():setEnableShadows(true)
 end
 
 local app = vyrOSG.ExampleApplication()

@@ -68,6 +68,86 @@ function testEmitter()
   check.equal(#sim:getRigidBodies(), 10)
 end
 
+-- Each body is as large as the function says; every third place goes empty.
+function testEmitterWithAFactory()
+  local sim = vyrSDK.Simulation()
+  local emitter = vyr.RigidBodyEmitter(7)
+  local indices, numbers, kept = {}, {}, nil
+  emitter:setGeometryFactory(function(index, random)
+    indices[#indices + 1], numbers[#numbers + 1], kept = index, random(), random
+    if index % 3 == 0 then return nil end
+    return vyrCollide.Geometry(vyrCollide.Sphere(0.01 * index))
+  end)
+  emitter:setRate(60)
+  emitter:setMaximum(9)
+  sim:add(emitter)
+  for _ = 1, 30 do
+    sim:step()
+    collectgarbage()
+  end
+  check.equal(table.concat(indices, " "), "1 2 3 4 5 6 7 8 9")
+  check.equal(emitter:getNumEmitted(), 9)
+  check.equal(#emitter:getRigidBodies(), 6)
+  check.near(emitter:getRigidBodies()[3]:getGeometries()[1]:getShape():getRadius(), 0.04, 1e-12)
+  for i, number in ipairs(numbers) do
+    check.isTrue(number >= 0 and number < 1 and number ~= numbers[i + 1])
+  end
+  check.raises("only while the geometry is made", kept)
+end
+
+-- A mistake ends the emission of bodies, not the simulation; another function or shape starts it again.
+function testEmitterWithABrokenFactory()
+  local sim = vyrSDK.Simulation()
+  local emitter = vyr.RigidBodyEmitter()
+  local calls = 0
+  emitter:setRate(60)
+  sim:add(emitter)
+  local function steps(factory)
+    emitter:setGeometryFactory(factory)
+    for _ = 1, 5 do sim:step() end
+  end
+  for _, result in ipairs({ 1, "text", vyr.Vec3(), vyrCollide.Sphere(1) }) do
+    calls = 0
+    steps(function() calls = calls + 1 return result end)
+    check.equal(calls, 1)
+  end
+  calls = 0
+  steps(function(index, random)
+    calls = calls + 1
+    local nothing = nil
+    return nothing.field
+  end)
+  check.equal(calls, 1)
+  check.equal(#sim:getRigidBodies(), 0)
+  -- One geometry has one body.
+  local same = vyrCollide.Geometry(vyrCollide.Sphere(0.1))
+  steps(function() return same end)
+  check.equal(#sim:getRigidBodies(), 1)
+  emitter:setShape(vyrCollide.Sphere(0.1))
+  for _ = 1, 5 do sim:step() end
+  check.equal(#sim:getRigidBodies(), 6)
+  emitter:setGeometryFactory("no function")
+  for _ = 1, 5 do sim:step() end
+  check.equal(#sim:getRigidBodies(), 11)
+end
+
+-- The function may let go of everything that calls it.
+function testEmitterThatDropsItself()
+  local sim = vyrSDK.Simulation()
+  local emitter = vyr.RigidBodyEmitter()
+  emitter:setRate(600)
+  emitter:setGeometryFactory(function()
+    emitter:setShape(vyrCollide.Sphere(0.1))
+    emitter, sim.nothing = nil, nil
+    collectgarbage()
+    collectgarbage()
+    return vyrCollide.Geometry(vyrCollide.Sphere(0.1))
+  end)
+  sim:add(emitter)
+  sim:step()
+  check.isTrue(#sim:getRigidBodies() >= 1)
+end
+
 function testCar()
   local sim = vyrSDK.Simulation()
   local ground = vyr.RigidBody()

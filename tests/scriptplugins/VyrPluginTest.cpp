@@ -125,6 +125,44 @@ TEST_F(VyrPlugin, AnErrorInAListenerIsReportedOnceWithItsTraceback) {
   EXPECT_NE(m_messages->texts[0].find("inner"), std::string::npos) << m_messages->texts[0];
 }
 
+TEST_F(VyrPlugin, AnErrorInAGeometryFactoryIsReportedOnceWithItsTraceback) {
+  run(m_state, "local function inner() error('on purpose') end\n"
+      "sim, emitter = vyrSDK.Simulation(), vyr.RigidBodyEmitter()\n"
+      "emitter:setRate(600)\n"
+      "sim:add(emitter)\n"
+      "emitter:setGeometryFactory(function() inner() return nil end)\n"
+      "sim:step() sim:step()\n");
+  ASSERT_EQ(m_messages->texts.size(), 1u);
+  for (const char* part : {"error in geometry factory", "on purpose", "stack traceback", "inner"})
+    EXPECT_NE(m_messages->texts[0].find(part), std::string::npos) << m_messages->texts[0];
+  run(m_state, "emitter:setName('gravel') emitter:setGeometryFactory(function() return 7 end) sim:step() sim:step()");
+  ASSERT_EQ(m_messages->texts.size(), 2u);
+  EXPECT_NE(m_messages->texts[1].find("'gravel' returned a number instead of a geometry"), std::string::npos);
+  run(m_state, "emitter:setGeometryFactory(7)");
+  ASSERT_EQ(m_messages->texts.size(), 3u);
+  EXPECT_NE(m_messages->texts[2].find("is a number, not a function"), std::string::npos);
+}
+
+TEST_F(VyrPlugin, AGeometryFactoryOutlivesItsLuaState) {
+  vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
+  tolua_pushusertype(m_state, simulation.get(), "vyrSDK::Simulation");
+  lua_setglobal(m_state, "sim");
+  EXPECT_EQ(run(m_state, "local emitter = vyr.RigidBodyEmitter()\n"
+                         "emitter:setRate(60)\n"
+                         "emitter:setGeometryFactory(function(index, random)\n"
+                         "  return vyrCollide.Geometry(vyrCollide.Sphere(0.1 + random()))\n"
+                         "end)\n"
+                         "sim:add(emitter)"),
+            "");
+  simulation->step();
+  EXPECT_EQ(simulation->getRigidBodies().size(), 1u);
+  vyrLua::ScriptManager::shutdown();
+  // Nobody is left who could make a geometry.
+  simulation->step();
+  EXPECT_EQ(simulation->getRigidBodies().size(), 1u);
+  EXPECT_TRUE(m_messages->texts.empty());
+}
+
 TEST_F(VyrPlugin, AnErrorThatIsNoStringIsReported) {
   EXPECT_EQ(run(m_state, "sim = vyrSDK.Simulation()\n"
                          "sim:add(vyrSDK.StepEventListener{ pre = function() error({}) end })\n"

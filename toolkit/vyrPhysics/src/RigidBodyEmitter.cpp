@@ -94,13 +94,17 @@ void RigidBodyEmitter::emitBody() {
   const double a = std::sqrt(1.0 - u1);
   const double b = std::sqrt(u1);
   const Quat rotation(a * std::sin(u2), a * std::cos(u2), b * std::sin(u3), b * std::cos(u3));
-  ref_ptr<vyrCollide::Geometry> geometry = m_factory([this] { return random(); });
+  // It may put another factory in its own place.
+  const GeometryFactory factory = m_factory;
+  ref_ptr<vyrCollide::Geometry> geometry = factory([this] { return random(); });
   ++m_emitted;
   if (!geometry || !geometry->isValid()) {
     return;
   }
   ref_ptr<RigidBody> body = new RigidBody(m_name);
-  body->add(geometry.get());
+  if (!body->add(geometry.get())) {
+    return;
+  }
   body->setTransform(AffineMatrix4x4(rotation, place));
   body->setVelocity(m_transform.transform3x3(m_velocity));
   if (m_simulation->add(body.get())) {

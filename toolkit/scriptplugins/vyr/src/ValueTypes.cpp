@@ -91,7 +91,9 @@ void completeValueTypes(lua_State* L) {
   acceptAs(L, "vyr::Vec2d", "vyr::Vec2");
   acceptAs(L, "vyr::Vec3d", "vyr::Vec3");
   acceptAs(L, "vyr::Vec4d", "vyr::Vec4");
-  // One C++ type as well; the second name is the visual layer's to register.
+  // One C++ type each as well; the second names are the visual layer's to register.
+  tolua_usertype(L, "osg::Matrix");
+  acceptAs(L, "osg::Matrixd", "osg::Matrix");
   tolua_usertype(L, "osg::Vec3f");
   acceptAs(L, "osg::Vec3", "osg::Vec3f");
   acceptAs(L, "osg::Vec3f", "osg::Vec3");
