@@ -214,13 +214,18 @@ INSTANTIATE_TEST_SUITE_P(PluginConformance, Tables, ::testing::ValuesIn(moduleNa
                          [](const auto& tested) { return tested.param; });
 
 TEST_F(Conformance, Complete) {
+  std::string names;
   for (const Module& module : kModules) {
     recordEntries(module);
+    names += std::string("'") + module.name + "',";
     EXPECT_TRUE(hasTable(module.name)) << module.name << " has no table";
     for (const std::string& text : texts(std::string("return require('run').missing('") + module.name + "', '" +
                                          kFolder + "tables/', entries)")) {
       ADD_FAILURE() << "no case: " << text;
     }
+  }
+  for (const std::string& text : texts("return { require('run').totals({" + names + "}, '" + kFolder + "tables/') }")) {
+    std::printf("%s\n", text.c_str());
   }
 }
 

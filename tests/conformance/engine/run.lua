@@ -103,6 +103,33 @@ function run.module(name, path, entries, complete)
   return description.failures, stats
 end
 
+-- How much the tables of some modules name, in words; the shared block, which many modules carry, is counted once.
+function run.totals(names, path)
+  local functions, constructors, constants, variables_, seen = 0, 0, 0, 0, {}
+  local function isNew(key)
+    local known = key:find("^vyr%.") and seen[key]
+    seen[key] = true
+    return not known
+  end
+  for _, name in ipairs(names) do
+    local m = module.load(name, path)
+    for _, overload in ipairs(m.overloads) do
+      if overload.constructor then
+        constructors = constructors + (overload.form == "new" and 1 or 0)
+      elseif isNew(overload.path .. overload.index) then
+        functions = functions + 1
+      end
+    end
+    for _, text in ipairs(m.entries) do
+      local where, constant = text:match("^(.-): constant (%S+)")
+      if constant and isNew(where .. "." .. constant) then constants = constants + 1 end
+    end
+    variables_ = variables_ + #m.variables
+  end
+  return ("%d functions, %d constructors in three forms, %d constants, %d variables and arrays"):format(functions, constructors,
+    constants, variables_)
+end
+
 -- Lists what a module has registered and its table does not name; everything if there is no table.
 function run.missing(name, path, entries)
   local m
