@@ -184,6 +184,13 @@ local function wrongValues(p, foreign)
   return { {}, 5, foreign }
 end
 
+-- The type name that a class is registered with as its base; nil without one.
+local function baseOf(typeName)
+  local registry = debug.getregistry()
+  local base = registry[typeName] and getmetatable(registry[typeName])
+  return type(registry[base]) == "string" and registry[base] ~= "tolua_commonclass" and registry[base] or nil
+end
+
 local function with(values, count, place, value)
   local changed = copy(values, count)
   changed[place] = value
@@ -280,6 +287,14 @@ local function checks(overload)
     if not (guarded and (p.kind == "object" or p.kind == "string")) then
       local title = ("argument %d is nil"):format(index)
       refused(title, with(all, count, place, nil), count, overload.constructor and p.pointer)
+    end
+    if p.kind == "object" and type(all[place]) == "userdata" then
+      local readOnly = native.as(all[place], "const " .. p.base)
+      refused(("argument %d is read-only"):format(index), with(all, count, place, readOnly), count, true)
+      local base = baseOf(p.base)
+      if base then
+        refused(("argument %d is a %s"):format(index, base), with(all, count, place, native.as(all[place], base)), count)
+      end
     end
     if p.kind == "string" then refused(("argument %d is 12.5"):format(index), with(all, count, place, 12.5), count) end
     if p.kind == "number" and not guarded then
