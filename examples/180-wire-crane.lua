@@ -62,6 +62,9 @@ function buildScene(sim, app, root)
     app:getSceneDecorator():setText(0, string.format("wire: %.1f kN", hoist:getBeginTension() / 1000))
   end })
 
+  local decorator = app:getSceneDecorator()
+  decorator:setBackgroundColor(vyr.Vec3(0.42, 0.60, 0.80), vyr.Vec3(0.88, 0.91, 0.93))
+  decorator:setEnableShadows(true)
   app:setCameraHome(vyr.Vec3(-11, -19, 7), vyr.Vec3(0.6, -1.5, 5.4))
 end
 

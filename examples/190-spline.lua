@@ -52,6 +52,9 @@ function buildScene(sim, app, root)
   end })
   tracks = { tube }
 
+  local decorator = app:getSceneDecorator()
+  decorator:setBackgroundColor(vyr.Vec3(0.42, 0.60, 0.80), vyr.Vec3(0.88, 0.91, 0.93))
+  decorator:setEnableShadows(true)
   app:setCameraHome(vyr.Vec3(7.5, -10, 6.5), vyr.Vec3(0, 0, 1.2))
 end
 

@@ -40,7 +40,10 @@ function buildScene(sim, app, root)
       100 * terrain:getMass() / mass))
   end })
 
-  app:setCameraHome(vyr.Vec3(-6.5, -5.5, 3.4), vyr.Vec3(0.6, 0.2, -0.2))
+  local decorator = app:getSceneDecorator()
+  decorator:setBackgroundColor(vyr.Vec3(0.46, 0.62, 0.80), vyr.Vec3(0.92, 0.90, 0.84))
+  decorator:setEnableShadows(true)
+  app:setCameraHome(vyr.Vec3(-6.8, -5.2, 4.2), vyr.Vec3(-0.6, 0.0, -0.3))
 end
 
 local app = vyrOSG.ExampleApplication()

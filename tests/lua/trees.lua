@@ -31,6 +31,17 @@ function testATreeGrowsOnceForEachSeed()
   check.isFalse(a:grow(form, 1))
 end
 
+function testLeavesAreBodiesWhenAsked()
+  local form = small()
+  check.equal(form.leafBodies, 0)
+  form.leafBodies = 4
+  local tree, sim = vyrModel.Tree(), vyrSDK.Simulation()
+  check.isTrue(tree:grow(form, 3))
+  check.equal(tree:getNumLeafBodies(), 4)
+  check.isTrue(tree:addTo(sim))
+  check.equal(#sim:getRigidBodies(), tree:getNumBranches() + 4)
+end
+
 function testBranchesTellTheirForm()
   local tree = vyrModel.Tree()
   tree:grow(small(), 3)

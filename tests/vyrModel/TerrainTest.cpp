@@ -111,10 +111,13 @@ TEST(Terrain, RefusesBadInput) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   vyrModel::Soil soil;
   soil.modulus = -1;
-  const vyr::ref_ptr<vyrModel::Terrain> terrains[] = {
-      new vyrModel::Terrain(1, 5, 4, 4, flat(5)), new vyrModel::Terrain(5, 5, nan, 4, flat(25)),
-      new vyrModel::Terrain(5, 5, 4, 4, flat(24)), new vyrModel::Terrain(5, 5, 4, 4, flat(25), -1),
-      new vyrModel::Terrain(5, 5, 4, 4, flat(25), 0.5, soil)};
+  const vyr::ref_ptr<vyrModel::Terrain> terrains[] = {new vyrModel::Terrain(0, 0, 4, 4, flat(0)),
+                                                      new vyrModel::Terrain(5, 5, 0, 4, flat(25)),
+                                                      new vyrModel::Terrain(1, 5, 4, 4, flat(5)),
+                                                      new vyrModel::Terrain(5, 5, nan, 4, flat(25)),
+                                                      new vyrModel::Terrain(5, 5, 4, 4, flat(24)),
+                                                      new vyrModel::Terrain(5, 5, 4, 4, flat(25), -1),
+                                                      new vyrModel::Terrain(5, 5, 4, 4, flat(25), 0.5, soil)};
   vyr::ref_ptr<vyrSDK::Simulation> simulation(new vyrSDK::Simulation);
   for (const auto& terrain : terrains) {
     EXPECT_FALSE(terrain->isValid());

@@ -3,10 +3,12 @@
 #include <vyrCollide/Box.h>
 #include <vyrCollide/Geometry.h>
 #include <vyrCollide/Plane.h>
+#include <vyrCollide/Sphere.h>
 #include <vyrModel/Tree.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -129,6 +131,74 @@ TEST(Tree, StandsAtRestAsItGrewAndTouchesNothingOfItself) {
   }
   EXPECT_LT(farthest, 0.05);
   EXPECT_TRUE(stand.simulation->getContacts().empty());
+  EXPECT_EQ(stand.tree->getNumBroken(), 0u);
+}
+
+// Leaves weigh the same as bodies of their own, hang as they grew, and swing further than the twigs that carry them.
+TEST(Tree, LeavesAreBodiesThatSwingOnTheirTwigs) {
+  TreeParameters parameters;
+  const vyr::ref_ptr<Tree> plain(new Tree);
+  plain->grow(parameters, 7);
+  EXPECT_EQ(plain->getNumLeafBodies(), 0u);
+  parameters.leafBodies = 30;
+  Stand stand(parameters);
+  ASSERT_EQ(stand.tree->getNumLeafBodies(), 30u);
+  EXPECT_EQ(stand.tree->getNumLeaves(), plain->getNumLeaves());
+  EXPECT_NEAR(stand.tree->getMass(), plain->getMass(), 1e-9 * plain->getMass());
+  // The sine of the angle between a twig and its leaves, at the most.
+  const auto largestTurn = [&] {
+    double largest = 0;
+    for (const vyrModel::TreeLeafBody& leaves : stand.tree->getLeafBodies()) {
+      const Vec3 twig = Vec3(0, 0, 1) * stand.tree->getBranch(leaves.branch)->body->getRotation();
+      largest = std::max(largest, (twig ^ (Vec3(0, 0, 1) * leaves.body->getRotation())).length());
+    }
+    return largest;
+  };
+  stand.simulation->stepTo(4);
+  EXPECT_LT(largestTurn(), 0.02);
+  const double weight = stand.tree->getMass() * 9.80665;
+  EXPECT_NEAR(stand.tree->getBranches()[0].joint->getForce().z(), weight, 0.01 * weight);
+  stand.tree->setWind(Vec3(10, 0, 0));
+  stand.simulation->stepTo(8);
+  EXPECT_GT(largestTurn(), 0.1);
+  EXPECT_EQ(stand.tree->getNumBroken(), 0u);
+
+  // A twig that breaks takes its leaves with it.
+  const vyrModel::TreeLeafBody& leaves = stand.tree->getLeafBodies()[0];
+  const double before = leaves.body->getPosition().z();
+  ASSERT_TRUE(stand.tree->breakBranch(leaves.branch));
+  stand.simulation->stepTo(8.4);
+  EXPECT_LT(leaves.body->getPosition().z(), before - 0.2);
+  const Vec3 apart = leaves.body->getPosition() - stand.tree->getBranch(leaves.branch)->body->getPosition();
+  EXPECT_LT(apart.length(), 1.0);
+
+  EXPECT_TRUE(stand.tree->remove());
+  EXPECT_TRUE(stand.simulation->getRigidBodies().empty());
+  parameters.leafBodies = -1;
+  const ErrorCounter errors;
+  EXPECT_FALSE(stand.tree->grow(parameters, 7));
+  EXPECT_EQ(errors.get(), 1);
+}
+
+TEST(Tree, SwaysWhenABallHitsIt) {
+  Stand stand(pole(4, 0.05));
+  const Vec3 calm = stand.tip();
+  vyr::ref_ptr<vyr::RigidBody> ball(new vyr::RigidBody("ball"));
+  ball->add(new vyrCollide::Geometry(new vyrCollide::Sphere(0.15)));
+  ball->setMass(5);
+  ball->setPosition(Vec3(-1, 0, 3.5));
+  ball->setVelocity(Vec3(6, 0, 0));
+  stand.simulation->add(ball.get());
+  double farthest = 0;
+  double back = 0;
+  while (stand.simulation->getTime() < 3) {
+    stand.simulation->step();
+    farthest = std::max(farthest, stand.tip().x() - calm.x());
+    back = std::min(back, stand.tip().x() - calm.x());
+  }
+  EXPECT_GT(farthest, 0.05);
+  EXPECT_LT(back, -0.02); // it swings to the other side, too
+  EXPECT_LT(ball->getPosition().x(), 10); // without the tree it would come to 17 m
   EXPECT_EQ(stand.tree->getNumBroken(), 0u);
 }
 

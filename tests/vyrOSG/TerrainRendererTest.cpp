@@ -70,11 +70,33 @@ TEST(TerrainRenderer, OutlivesItsTerrainAndItsGroup) {
   osg::ref_ptr<vyrOSG::Group> group = new vyrOSG::Group;
   vyr::ref_ptr<vyrOSG::TerrainRenderer> renderer(
       new vyrOSG::TerrainRenderer(terrain.get(), vyr::RangeReal(0, 1), group));
+  EXPECT_NE(0u, renderer->getTerrainNode()->getNodeMask());
   terrain = nullptr;
   renderer->post(vyr::TimeStamp());
+  EXPECT_EQ(0u, renderer->getTerrainNode()->getNodeMask());
   group = nullptr;
   renderer->post(vyr::TimeStamp());
   renderer = nullptr;
+}
+
+// From dark earth to grass, whichever bound is given first; all of one colour where the bounds are equal.
+TEST(TerrainRenderer, TakesARangeUpsideDownAndAnEmptyOne) {
+  vyr::RealVector slope = flat();
+  for (size_t i = 0; i < slope.size(); ++i)
+    slope[i] = 2 + 8 * double(i / kSamples) / (kSamples - 1);
+  vyr::ref_ptr<vyrModel::Terrain> terrain(new vyrModel::Terrain(kSamples, kSamples, 4, 4, slope));
+  osg::ref_ptr<vyrOSG::Group> group = new vyrOSG::Group;
+  const auto colorsFor = [&](double a, double b) {
+    vyr::ref_ptr<vyrOSG::TerrainRenderer> renderer(
+        new vyrOSG::TerrainRenderer(terrain.get(), vyr::RangeReal(a, b), group));
+    EXPECT_LE(renderer->getRange().lower(), renderer->getRange().upper());
+    const osg::Vec4Array& colors = surfaceOf(*renderer->getTerrainNode()).colors;
+    return std::make_pair(colors.front(), colors.back());
+  };
+  EXPECT_EQ(colorsFor(2, 10), colorsFor(10, 2));
+  EXPECT_LT(colorsFor(10, 2).first.g(), colorsFor(10, 2).second.g());
+  EXPECT_EQ(colorsFor(5, 5).first, colorsFor(5, 5).second);
+  EXPECT_EQ(0u, group->getNumChildren());
 }
 
 TEST(TerrainRenderer, AnInvalidTerrainHasNoNode) {
@@ -117,6 +139,7 @@ TEST(DeformableHeightFieldRenderer, IsInvalidOnceItsDeformerHasGone) {
   deformer = nullptr;
   renderer->last(vyr::TimeStamp());
   EXPECT_FALSE(renderer->isValid());
+  EXPECT_EQ(0u, renderer->getHeightFieldNode()->getNodeMask());
   renderer = nullptr;
   EXPECT_EQ(group->getNumChildren(), 0u);
 }

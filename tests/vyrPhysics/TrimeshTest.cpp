@@ -1,6 +1,8 @@
 /// Triangle meshes: files, contacts.
 #include "Scene.h"
 
+#include <vyr/Notify.h>
+
 #include <vyrCollide/Trimesh.h>
 
 #include <gtest/gtest.h>
@@ -152,6 +154,84 @@ TEST(Trimesh, RefusesIndicesOutOfRange) {
   vyr::ref_ptr<vyrCollide::Trimesh> mesh = new vyrCollide::Trimesh({vyr::Vec3(), vyr::Vec3(1.0, 0.0, 0.0)}, {0, 1, 2});
   EXPECT_FALSE(mesh->isValid());
   EXPECT_EQ(messages.get().size(), 1u);
+}
+
+TEST(Trimesh, RefusesNothingAndWhatIsNoTriangle) {
+  scene::Messages messages;
+  const std::vector<vyr::Vec3> corners = {vyr::Vec3(), vyr::Vec3(1.0, 0.0, 0.0), vyr::Vec3(0.0, 1.0, 0.0)};
+  const std::vector<vyr::Vec3> bad = {vyr::Vec3(), vyr::Vec3(1.0, std::nan(""), 0.0), vyr::Vec3(0.0, 1.0, 0.0)};
+  const vyr::ref_ptr<vyrCollide::Trimesh> meshes[] = {
+      new vyrCollide::Trimesh({}, {}), new vyrCollide::Trimesh(corners, {}), new vyrCollide::Trimesh({}, {0, 1, 2}),
+      new vyrCollide::Trimesh(corners, {0, 1}), new vyrCollide::Trimesh(bad, {0, 1, 2})};
+  EXPECT_EQ(messages.get().size(), 5u);
+  for (const auto& mesh : meshes) {
+    EXPECT_FALSE(mesh->isValid());
+    EXPECT_FALSE(mesh->isConvex());
+    EXPECT_FALSE(mesh->getBounds().isValid());
+    vyr::ref_ptr<vyrCollide::Geometry> geometry = new vyrCollide::Geometry(mesh.get());
+    EXPECT_FALSE(geometry->isValid());
+  }
+}
+
+/// Keeps the warnings of the library.
+struct Warnings : vyr::NotifySink {
+  void message(vyr::NotifyLevel level, const std::string& text) override {
+    if (level == vyr::NOTIFY_WARNING) {
+      texts.push_back(text);
+    }
+  }
+  std::vector<std::string> texts;
+};
+
+// An L of 2 m: a ball put into its notch is pushed out when the L moves, and stays when it does not.
+TEST(Trimesh, MovesAsItsHullAndSaysSo) {
+  const std::vector<vyr::Vec3> outline = {{0.0, 0.0, 0.0}, {2.0, 0.0, 0.0}, {2.0, 0.0, 0.5},
+                                          {0.5, 0.0, 0.5}, {0.5, 0.0, 2.0}, {0.0, 0.0, 2.0}};
+  std::vector<vyr::Vec3> vertices = outline;
+  for (const vyr::Vec3& corner : outline) {
+    vertices.push_back(corner + vyr::Vec3(0.0, 1.0, 0.0));
+  }
+  std::vector<unsigned int> indices = {0, 1, 2, 0, 2, 3, 0, 3, 4, 0, 4, 5};
+  for (unsigned int i = 0; i < 12; i += 3) {
+    indices.insert(indices.end(), {indices[i] + 6, indices[i + 2] + 6, indices[i + 1] + 6});
+  }
+  for (unsigned int i = 0; i < 6; ++i) {
+    const unsigned int next = (i + 1) % 6;
+    indices.insert(indices.end(), {i, i + 6, next + 6, i, next + 6, next});
+  }
+  vyr::ref_ptr<vyrCollide::Trimesh> mesh = new vyrCollide::Trimesh(vertices, indices);
+  ASSERT_TRUE(mesh->isClosed());
+  EXPECT_NEAR(mesh->getMassProperties().volume, 1.75, 1e-12);
+  EXPECT_FALSE(mesh->isConvex());
+  const TemporaryFile file("cube.obj", kCubeObj);
+  EXPECT_TRUE(vyr::ref_ptr<vyrCollide::Trimesh>(vyrCollide::Trimesh::create(file.getPath()))->isConvex());
+
+  const vyr::ref_ptr<Warnings> warnings(new Warnings);
+  vyr::Notify::instance()->addSink(warnings.get());
+  for (const bool moves : {false, true}) {
+    vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
+    simulation->setGravity(vyr::Vec3());
+    vyr::ref_ptr<vyr::RigidBody> body = new vyr::RigidBody("bracket");
+    body->add(new vyrCollide::Geometry(mesh.get()));
+    body->setMotionControl(moves ? vyr::RigidBody::DYNAMICS : vyr::RigidBody::STATIC);
+    simulation->add(body.get());
+    vyr::ref_ptr<vyr::RigidBody> ball = new vyr::RigidBody("ball");
+    ball->add(new vyrCollide::Geometry(new vyrCollide::Sphere(0.2)));
+    ball->setPosition(vyr::Vec3(0.8, 0.5, 0.8));
+    simulation->add(ball.get());
+    simulation->step();
+    EXPECT_EQ(simulation->getContacts().size(), moves ? 1u : 0u);
+    EXPECT_EQ(warnings->texts.size(), moves ? 1u : 0u);
+    vyr::ref_ptr<vyr::RigidBody> other = new vyr::RigidBody("another");
+    other->add(new vyrCollide::Geometry(mesh.get()));
+    other->setPosition(vyr::Vec3(50.0, 0.0, 0.0));
+    if (moves) {
+      simulation->add(other.get()); // each mesh warns once
+    }
+  }
+  vyr::Notify::instance()->removeSink(warnings.get());
+  ASSERT_EQ(warnings->texts.size(), 1u);
+  EXPECT_NE(warnings->texts[0].find("'bracket'"), std::string::npos) << warnings->texts[0];
 }
 
 TEST(Trimesh, CarriesAndIsCarried) {

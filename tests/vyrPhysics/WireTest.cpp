@@ -190,6 +190,8 @@ TEST(Wire, RefusesBadInput) {
   EXPECT_EQ(wire->getEndTension(), 0);
   EXPECT_FALSE(vyr::ref_ptr<vyrWire::Wire>(new vyrWire::Wire(nan, 10, 1))->isValid());
   EXPECT_FALSE(vyr::ref_ptr<vyrWire::Wire>(new vyrWire::Wire(1, 0, 1))->isValid());
+  EXPECT_FALSE(vyr::ref_ptr<vyrWire::Wire>(new vyrWire::Wire(1, 10, 1, -0.01))->isValid());
+  EXPECT_FALSE(vyr::ref_ptr<vyrWire::Wire>(new vyrWire::Wire(1, 10, 0))->isValid());
   vyr::ref_ptr<vyrWire::Wire> good(new vyrWire::Wire(1, 10, 1));
   EXPECT_FALSE(good->setDamping(nan));
   EXPECT_FALSE(good->setStretchStiffness(-1));

@@ -6,12 +6,15 @@
 #include <vyr/Notify.h>
 #include <vyrCollide/Capsule.h>
 #include <vyrCollide/Geometry.h>
+#include <vyrCollide/Sphere.h>
 
 #include "TreeGrowth.h"
 #include "TreeMotion.h"
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
+#include <set>
 
 namespace vyrModel {
 
@@ -20,6 +23,9 @@ namespace {
 const double kPi = 3.14159265358979323846;
 /// Mass of a square metre of sprays in kg.
 const double kLeafMass = 0.1;
+/// How leaves swing on their twig, in Hz and as a share of the critical damping.
+const double kLeafFrequency = 2.0;
+const double kLeafDamping = 0.2;
 /// The trunk's capsule keeps this far above the ground, in m, which it would press on for ever.
 const double kFootGap = 0.02;
 
@@ -27,6 +33,31 @@ double massOf(const TreeBranch& branch, double density) {
   const double begin = branch.radiusBegin;
   const double end = branch.radiusEnd;
   return density * kPi / 3 * branch.length * (begin * begin + begin * end + end * end);
+}
+
+double massOf(const TreeLeaf& leaf) {
+  return kLeafMass * leaf.size * leaf.size;
+}
+
+/// Numbers the leaves' bodies, in the order of the pieces: the leaves of a piece follow each other.
+void chooseLeafBodies(std::vector<TreeLeaf>& leaves, std::size_t numBranches, int count) {
+  std::vector<std::size_t> numLeaves(numBranches, 0);
+  for (const TreeLeaf& leaf : leaves) {
+    ++numLeaves[leaf.branch];
+  }
+  std::vector<std::size_t> byLeaves(numBranches);
+  std::iota(byLeaves.begin(), byLeaves.end(), 0);
+  std::stable_sort(byLeaves.begin(), byLeaves.end(),
+                   [&](std::size_t a, std::size_t b) { return numLeaves[a] > numLeaves[b]; });
+  byLeaves.resize(std::min(numBranches, static_cast<std::size_t>(count)));
+  const std::set<std::size_t> chosen(byLeaves.begin(), byLeaves.end());
+  int next = -1;
+  for (std::size_t i = 0; i < leaves.size(); ++i) {
+    if (chosen.count(leaves[i].branch) != 0) {
+      next += i == 0 || leaves[i].branch != leaves[i - 1].branch ? 1 : 0;
+      leaves[i].body = next;
+    }
+  }
 }
 
 /// A capsule along the piece. Its caps reach into its neighbours, which it does not touch.
@@ -74,12 +105,13 @@ bool Tree::grow(const TreeParameters& parameters, unsigned int seed) {
   m_leaves = std::move(grown.leaves);
 
   vyr::ref_ptr<vyr::Material> wood(new vyr::Material("wood", parameters.density, 0.6, 0.1));
+  chooseLeafBodies(m_leaves, grown.branches.size(), parameters.leafBodies);
   std::vector<double> masses;
   for (const GrownBranch& piece : grown.branches) {
     masses.push_back(massOf(piece.branch, parameters.density));
   }
   for (const TreeLeaf& leaf : m_leaves) {
-    masses[leaf.branch] += kLeafMass * leaf.size * leaf.size;
+    masses[leaf.branch] += leaf.body < 0 ? massOf(leaf) : 0;
   }
   for (std::size_t i = 0; i < grown.branches.size(); ++i) {
     TreeBranch branch = grown.branches[i].branch;
@@ -96,8 +128,48 @@ bool Tree::grow(const TreeParameters& parameters, unsigned int seed) {
     branch.joint = new vyr::Lock(vyr::Frame::create(branch.body.get(), foot), vyr::Frame::create(parent, foot));
     m_branches.push_back(branch);
   }
+  growLeafBodies();
   shapeChanged();
   return true;
+}
+
+/// Gives the leaves that have an index of a body that body: a ball about their middle, held where the first one grows.
+void Tree::growLeafBodies() {
+  m_leafBodies.clear();
+  for (std::size_t i = 0; i < m_leaves.size();) {
+    const TreeLeaf& first = m_leaves[i];
+    double mass = 0;
+    double foot = first.position.z();
+    double radius = 0;
+    vyr::Vec3 moment;
+    const std::size_t begin = i;
+    for (; i < m_leaves.size() && m_leaves[i].branch == first.branch; ++i) {
+      const TreeLeaf& leaf = m_leaves[i];
+      mass += massOf(leaf);
+      moment += (leaf.position + leaf.direction * (0.5 * leaf.size)) * massOf(leaf);
+      foot = std::min(foot, leaf.position.z());
+    }
+    if (first.body < 0) {
+      continue;
+    }
+    const vyr::Vec3 middle = moment / mass;
+    for (std::size_t k = begin; k < i; ++k) {
+      radius = std::max(radius, (m_leaves[k].position + m_leaves[k].direction * m_leaves[k].size - middle).length());
+    }
+    TreeLeafBody leaves;
+    leaves.branch = first.branch;
+    leaves.body = new vyr::RigidBody("leaves");
+    // Leaves give way to what comes: they touch nothing.
+    auto* ball = new vyrCollide::Geometry(new vyrCollide::Sphere(radius));
+    ball->setEnableCollisions(false);
+    leaves.body->add(ball, vyr::AffineMatrix4x4::translate(middle));
+    leaves.body->setMass(mass);
+    vyr::RigidBody* piece = m_branches[leaves.branch].body.get();
+    leaves.body->setTransform(piece->getTransform());
+    const vyr::Vec3 held = vyr::Vec3(0, 0, foot) * piece->getTransform();
+    leaves.joint = new vyr::Lock(vyr::Frame::create(leaves.body.get(), held), vyr::Frame::create(piece, held));
+    m_leafBodies.push_back(leaves);
+  }
 }
 
 bool Tree::setTransform(const vyr::AffineMatrix4x4& transform) {
@@ -113,6 +185,9 @@ bool Tree::setTransform(const vyr::AffineMatrix4x4& transform) {
       rooted.setLocalTransform(rooted.getLocalTransform() * change);
     }
   }
+  for (TreeLeafBody& leaves : m_leafBodies) {
+    leaves.body->setTransform(leaves.body->getTransform() * change);
+  }
   m_transform = transform;
   shapeChanged();
   return true;
@@ -123,6 +198,19 @@ void Tree::tuneJoints(const vyr::Vec3& gravity) {
   const std::size_t count = m_branches.size();
   std::vector<double> masses(count, 0);
   std::vector<vyr::Vec3> moments(count); // sum of mass times place
+  for (const TreeLeafBody& leaves : m_leafBodies) {
+    const double mass = leaves.body->getMass();
+    const vyr::Vec3 middle = leaves.body->getCenterOfMass();
+    masses[leaves.branch] += mass;
+    moments[leaves.branch] += middle * mass;
+    const vyr::AffineMatrix4x4 frame = leaves.joint->getFrame2()->getTransform();
+    const vyr::Vec3 arm = middle - frame.getTranslate();
+    const vyr::SPDMatrix3x3 inertia = leaves.body->getInertia();
+    const double turning = std::max({inertia(0, 0), inertia(1, 1), inertia(2, 2)}) + mass * arm.length2();
+    const double rate = 2 * kPi * kLeafFrequency;
+    leaves.joint->setElasticity(turning * rate * rate, 2 * kLeafDamping * turning * rate);
+    leaves.joint->setPreload(frame.inverse().transform3x3((gravity * mass) ^ arm));
+  }
   for (std::size_t i = count; i-- > 0;) {
     const TreeBranch& branch = m_branches[i];
     masses[i] += branch.body->getMass();
@@ -156,6 +244,9 @@ bool Tree::addTo(vyrSDK::Simulation* simulation) {
   for (const TreeBranch& branch : m_branches) {
     simulation->add(branch.joint.get());
   }
+  for (const TreeLeafBody& leaves : m_leafBodies) {
+    simulation->add(leaves.joint.get());
+  }
   vyr::ref_ptr<TreeMotion> motion(new TreeMotion(this));
   m_motion = motion.get();
   simulation->add(static_cast<vyrSDK::StepEventListener*>(motion.get()));
@@ -173,6 +264,10 @@ bool Tree::remove() {
   for (const TreeBranch& branch : m_branches) {
     simulation->remove(branch.joint.get());
     simulation->remove(branch.body.get());
+  }
+  for (const TreeLeafBody& leaves : m_leafBodies) {
+    simulation->remove(leaves.joint.get());
+    simulation->remove(leaves.body.get());
   }
   simulation->remove(static_cast<vyrSDK::StepEventListener*>(m_motion.get()));
   m_motion = nullptr;
@@ -192,6 +287,9 @@ double Tree::getMass() const {
   double mass = 0;
   for (const TreeBranch& branch : m_branches) {
     mass += branch.body->getMass();
+  }
+  for (const TreeLeafBody& leaves : m_leafBodies) {
+    mass += leaves.body->getMass();
   }
   return mass;
 }

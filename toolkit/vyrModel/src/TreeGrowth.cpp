@@ -240,8 +240,9 @@ bool areUsable(const TreeParameters& p) {
          isWithin(p.boughs, 0, 64, "number of boughs") && isWithin(p.branches, 0, 16, "number of branches") &&
          isWithin(p.spread, 0, kPi, "spread") && isWithin(p.lengthRatio, 0.05, 1, "length ratio") &&
          isWithin(p.leavesPerMeter, 0, 500, "number of leaves a metre") && isWithin(p.leafSize, 0.01, 5, "leaf size") &&
-         isWithin(p.density, 1, 1e5, "density") && isWithin(p.stiffness, 1e5, 1e12, "stiffness") &&
-         isWithin(p.strength, 1, HUGE_VAL, "strength") && isWithin(p.damping, 0, 1, "damping");
+         isWithin(p.leafBodies, 0, 10000, "number of leaf bodies") && isWithin(p.density, 1, 1e5, "density") &&
+         isWithin(p.stiffness, 1e5, 1e12, "stiffness") && isWithin(p.strength, 1, HUGE_VAL, "strength") &&
+         isWithin(p.damping, 0, 1, "damping");
 }
 
 GrownTree growTree(const TreeParameters& parameters, unsigned int seed) {

@@ -21,13 +21,15 @@ const double kLeafShare = 0.5;
 
 TreeMotion::TreeMotion(Tree* tree)
     : m_tree(tree)
-    , m_sails(tree->getBranches().size()) {
+    , m_sails(tree->getBranches().size())
+    , m_leafSails(tree->getNumLeafBodies(), 0.0) {
   for (std::size_t i = 0; i < m_sails.size(); ++i) {
     const TreeBranch& branch = tree->getBranches()[i];
     m_sails[i].wood = kWoodDrag * branch.length * (branch.radiusBegin + branch.radiusEnd);
   }
   for (const TreeLeaf& leaf : tree->getLeaves()) {
-    m_sails[leaf.branch].leaves += kLeafDrag * kLeafShare * leaf.size * leaf.size;
+    double& area = leaf.body < 0 ? m_sails[leaf.branch].leaves : m_leafSails[static_cast<std::size_t>(leaf.body)];
+    area += kLeafDrag * kLeafShare * leaf.size * leaf.size;
   }
 }
 
@@ -44,6 +46,12 @@ void TreeMotion::pre(const vyr::TimeStamp& time) {
   const double step = m_simulation->getTimeStep();
   for (std::size_t i = 0; i < m_sails.size(); ++i) {
     blowOn(i, time.seconds(), step);
+  }
+  for (std::size_t i = 0; i < m_leafSails.size(); ++i) {
+    vyr::RigidBody& body = *m_tree->getLeafBodies()[i].body;
+    const vyr::Vec3 flow = m_tree->getWindAt(body.getCenterOfMass(), time.seconds()) - body.getVelocity();
+    const double perSpeed = 0.5 * kAirDensity * m_leafSails[i] * flow.length();
+    body.addForce(flow * (perSpeed / (1 + 2 * perSpeed * step / body.getMass())));
   }
 }
 

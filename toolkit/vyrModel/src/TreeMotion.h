@@ -38,6 +38,7 @@ private:
 
   vyr::ref_ptr<Tree> m_tree;
   std::vector<Sail> m_sails;
+  std::vector<double> m_leafSails; ///< of the leaves that are bodies
   vyr::observer_ptr<vyrSDK::Simulation> m_simulation;
 };
 

@@ -52,6 +52,8 @@ void DeformableHeightFieldRenderer::last(const vyr::TimeStamp&) {
     return;
   if (!m_deformer || !m_node.valid()) {
     m_valid = false;
+    if (m_node.valid())
+      m_node->setNodeMask(0);
     return;
   }
   if (m_deformer->getRevision() == m_revision)

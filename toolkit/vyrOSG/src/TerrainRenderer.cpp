@@ -64,6 +64,8 @@ void TerrainRenderer::post(const vyr::TimeStamp&) {
 }
 
 void TerrainRenderer::drawRows() {
+  if (m_node && !m_terrain)
+    m_node->setNodeMask(0);
   if (!m_terrain || !m_mesh || m_terrain->getRevision() == m_revision)
     return;
   const vyrCollide::HeightField& field = *m_terrain->getHeightField();

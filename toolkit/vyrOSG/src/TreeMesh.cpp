@@ -36,12 +36,19 @@ struct Place {
   osg::Vec3 point(const osg::Vec3& v) const { return direction(v) + origin; }
 };
 
+/// Places of the pieces, and after them those of the leaves that are bodies.
 std::vector<Place> placesOf(const vyrModel::Tree& tree) {
   std::vector<Place> places;
-  places.reserve(tree.getNumBranches());
+  places.reserve(tree.getNumBranches() + tree.getNumLeafBodies());
   for (const vyrModel::TreeBranch& branch : tree.getBranches())
     places.emplace_back(branch.body->getTransform());
+  for (const vyrModel::TreeLeafBody& leaves : tree.getLeafBodies())
+    places.emplace_back(leaves.body->getTransform());
   return places;
+}
+
+size_t placeOf(const vyrModel::Tree& tree, const vyrModel::TreeLeaf& leaf) {
+  return leaf.body < 0 ? leaf.branch : tree.getNumBranches() + static_cast<size_t>(leaf.body);
 }
 
 /// From the frame of a piece to that of its parent while the tree is at rest.
@@ -283,7 +290,7 @@ void TreeMesh::follow(const vyrModel::Tree& tree, double time) {
   const double flutter = 0.35 * windSpeed / (windSpeed + 8);
   for (size_t i = 0; i < tree.getNumLeaves(); ++i) {
     const vyrModel::TreeLeaf& leaf = tree.getLeaves()[i];
-    const Place& place = places[leaf.branch];
+    const Place& place = places[placeOf(tree, leaf)];
     const osg::Vec3 foot = place.point(osg::Vec3(toOsg(leaf.position)));
     const osg::Vec3 normal = place.direction(osg::Vec3(toOsg(leaf.normal)));
     const double phase = 2.39996 * double(i);

@@ -1,6 +1,7 @@
 /// The simulation: what is in it, and how it enters and leaves.
 #include <vyr/Notify.h>
 #include <vyrCollide/Shape.h>
+#include <vyrCollide/Trimesh.h>
 #include <vyrSDK/Simulation.h>
 
 #include "BulletConvert.h"
@@ -31,7 +32,24 @@ bool refuseNull(const char* what) {
 
 } // namespace
 
+void Simulation::warnOfHulls(const vyr::RigidBody& body) {
+  for (const auto& geometry : body.getGeometries()) {
+    if (geometry->getShape()->getType() != vyrCollide::Shape::TRIMESH) {
+      continue;
+    }
+    const auto* mesh = static_cast<const vyrCollide::Trimesh*>(geometry->getShape());
+    if (!mesh->m_warned && !mesh->isConvex()) {
+      mesh->m_warned = true;
+      VYR_NOTIFY(vyr::NOTIFY_WARNING) << "the body '" << body.getName()
+                                      << "' moves with a mesh that is not convex: it touches as the convex hull";
+    }
+  }
+}
+
 void Simulation::insertBody(vyr::RigidBody* body) {
+  if (body->getMotionControl() != vyr::RigidBody::STATIC) {
+    warnOfHulls(*body);
+  }
   btRigidBody* native = body->getNative()->body.get();
   m_native->world.addRigidBody(native);
   body->setEnableGravity(body->getEnableGravity());

@@ -47,6 +47,11 @@ private:
   std::shared_ptr<void> m_tree;
 };
 
+/// How far a vertex may stand out of a triangle's plane in a mesh that counts as convex, as a share of its diagonal.
+constexpr double kBulge = 0.05;
+/// Pairs of triangle and vertex that the test for it goes through at most, about.
+constexpr size_t kMostTests = 20000000;
+
 } // namespace
 
 Trimesh::Trimesh(const std::vector<vyr::Vec3>& vertices, const std::vector<unsigned int>& indices)
@@ -81,6 +86,27 @@ Trimesh* Trimesh::create(const vyr::String& fileName, double scale) {
   }
   vyr::ref_ptr<Trimesh> mesh = new Trimesh(vertices, indices);
   return mesh->isValid() ? mesh.release() : nullptr;
+}
+
+bool Trimesh::isConvex() const {
+  if (!m_valid) {
+    return false;
+  }
+  const Bounds bounds = getBounds();
+  const double tolerance = kBulge * (bounds.max - bounds.min).length();
+  const size_t triangles = getNumTriangles();
+  const size_t stride = 1 + triangles * m_indices.size() / kMostTests;
+  for (size_t i = 0; i < triangles; i += stride) {
+    const vyr::Vec3& a = m_vertices[m_indices[3 * i]];
+    const vyr::Vec3 normal =
+        ((m_vertices[m_indices[3 * i + 1]] - a) ^ (m_vertices[m_indices[3 * i + 2]] - a)).normalized();
+    // Vertices that no triangle names do not count.
+    if (std::any_of(m_indices.begin(), m_indices.end(),
+                    [&](unsigned int index) { return (m_vertices[index] - a) * normal > tolerance; })) {
+      return false;
+    }
+  }
+  return true;
 }
 
 Bounds Trimesh::getBounds() const {

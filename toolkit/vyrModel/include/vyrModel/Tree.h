@@ -61,6 +61,11 @@ public:
   const std::vector<TreeLeaf>& getLeaves() const { return m_leaves; }
   std::size_t getNumLeaves() const { return m_leaves.size(); }
 
+  /// Leaves that are bodies of their own (`TreeParameters::leafBodies`). They have mass, catch the wind and swing on
+  /// their twigs, and fall with them; what touches a tree goes through them.
+  const std::vector<TreeLeafBody>& getLeafBodies() const { return m_leafBodies; }
+  std::size_t getNumLeafBodies() const { return m_leafBodies.size(); }
+
   /// Mass of the wood and the leaves in kg.
   double getMass() const;
 
@@ -102,6 +107,7 @@ protected:
 
 private:
   friend class TreeMotion;
+  void growLeafBodies();
   void tuneJoints(const vyr::Vec3& gravity);
   void shapeChanged();
 
@@ -109,6 +115,7 @@ private:
   vyr::AffineMatrix4x4 m_transform;
   std::vector<TreeBranch> m_branches;
   std::vector<TreeLeaf> m_leaves;
+  std::vector<TreeLeafBody> m_leafBodies;
   vyr::Vec3 m_wind;
   double m_gustiness = 0.5;
   std::uint64_t m_revision = 0;

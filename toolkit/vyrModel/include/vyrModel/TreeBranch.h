@@ -24,9 +24,17 @@ struct TreeBranch {
   bool broken = false;               ///< its joint gave way
 };
 
+/// The leaves of one piece as a body that swings on it. Its frame is the piece's while the tree is at rest.
+struct TreeLeafBody {
+  vyr::ref_ptr<vyr::RigidBody> body; ///< never null
+  vyr::ref_ptr<vyr::Lock> joint;     ///< never null: holds the body (first) to its piece (second)
+  std::size_t branch = 0;            ///< index of the piece
+};
+
 /// A spray of leaves: a square that starts at `position` and reaches along `direction`.
 struct TreeLeaf {
   std::size_t branch = 0; ///< index of the piece that carries it, in whose frame the rest is
+  int body = -1;          ///< index of the leaves' body that moves it in place of the piece; -1: the piece itself
   vyr::Vec3 position;     ///< in m
   vyr::Vec3 direction;    ///< unit vector
   vyr::Vec3 normal;       ///< unit vector across the direction, out of the upper side

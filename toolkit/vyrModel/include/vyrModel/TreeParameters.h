@@ -15,10 +15,11 @@ struct TreeParameters {
   double lengthRatio = 0.5;   ///< length of a limb over that of the limb that it grows out of
   double leavesPerMeter = 40; ///< sprays of leaves on the outermost limbs
   double leafSize = 0.30;     ///< edge length of a spray
-  double density = 850.0;     ///< of the wood, kg/m^3
-  double stiffness = 2.0e9;   ///< Young's modulus of the wood, Pa
-  double strength = 5.0e7;    ///< bending stress at which a limb breaks, Pa
-  double damping = 0.08;      ///< of the bending, as a share of the critical damping
+  int leafBodies = 0;     ///< 0 to 10 000: so many pieces, those with most leaves, carry theirs as bodies of their own
+  double density = 850.0; ///< of the wood, kg/m^3
+  double stiffness = 2.0e9; ///< Young's modulus of the wood, Pa
+  double strength = 5.0e7;  ///< bending stress at which a limb breaks, Pa
+  double damping = 0.08;    ///< of the bending, as a share of the critical damping
 };
 
 } // namespace vyrModel

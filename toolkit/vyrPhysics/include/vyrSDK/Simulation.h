@@ -165,6 +165,7 @@ private:
   friend class vyrCollide::Geometry;
 
   void insertBody(vyr::RigidBody* body);
+  static void warnOfHulls(const vyr::RigidBody& body);
   void withdrawBody(vyr::RigidBody* body);
   void insertGeometry(vyrCollide::Geometry* geometry);
   void withdrawGeometry(vyrCollide::Geometry* geometry);
