@@ -52,24 +52,34 @@ void rectangleUnder(const Ground& ground, const vyrCollide::Geometry& other, vyr
               std::min(static_cast<double>(ground.field.getNumRows() - 1), outHigh.y() + 0.5));
 }
 
-/// Share of a sample's cell that the underside of `other` touches: of its four quarters, those above whose middle a ray
-/// from below meets the underside no higher than a gap.
-double touchedShare(const Ground& ground, const vyrCollide::Geometry& other, std::size_t column, std::size_t row) {
+/// Whether the underside of `other` touches a quarter of a sample's cell: a ray from below its middle meets the
+/// underside no higher than a gap. `x`, `y`: -1 or 1, which quarter.
+bool touches(const Ground& ground, const vyrCollide::Geometry& other, std::size_t column, std::size_t row, int x,
+             int y) {
   const double reach = ground.dx + ground.dy;
   const vyr::Vec3 sample = ground.field.getVertex(column, row);
-  const vyr::Vec3 upwards = ground.toWorld.transform3x3(vyr::Vec3(0, 0, 1));
-  double share = 0;
-  for (int quarter = 0; quarter < 4; ++quarter) {
-    const double x = (quarter & 1) != 0 ? 0.25 * ground.dx : -0.25 * ground.dx;
-    const double y = (quarter & 2) != 0 ? 0.25 * ground.dy : -0.25 * ground.dy;
-    double distance = 0;
-    const vyr::Vec3 from = (sample + vyr::Vec3(x, y, -reach)) * ground.toWorld;
-    share += other.rayTest(from, upwards, reach + kTouchGap, distance) ? 0.25 : 0;
-  }
-  return share;
+  const vyr::Vec3 from = (sample + vyr::Vec3(0.25 * x * ground.dx, 0.25 * y * ground.dy, -reach)) * ground.toWorld;
+  double distance = 0;
+  return other.rayTest(from, ground.toWorld.transform3x3(vyr::Vec3(0, 0, 1)), reach + kTouchGap, distance);
 }
 
-/// The samples that carry a patch, with the shares of their cells that do.
+/// Adds the other corners of the square of the grid that lies from a sample towards (`x`, `y`), at the edge the sample
+/// itself.
+void addSquare(const Ground& ground, std::size_t column, std::size_t row, int x, int y,
+               std::map<std::size_t, double>& outShares) {
+  const auto next = [](std::size_t index, int step, std::size_t count) {
+    return step < 0 ? std::max<std::size_t>(index, 1) - 1 : std::min(index + 1, count - 1);
+  };
+  const std::size_t columns = ground.field.getNumColumns();
+  const std::size_t otherColumn = next(column, x, columns);
+  const std::size_t otherRow = next(row, y, ground.field.getNumRows());
+  outShares.emplace(otherRow * columns + column, 0);
+  outShares.emplace(row * columns + otherColumn, 0);
+  outShares.emplace(otherRow * columns + otherColumn, 0);
+}
+
+/// The samples that carry a patch, with the shares of their cells that do. The four corners of a square of the grid
+/// carry what touches the square: those about the rim would hold a foot up if they did not give way with the others.
 std::map<std::size_t, double> samplesUnder(const Ground& ground, const Patch& patch) {
   const std::size_t columns = ground.field.getNumColumns();
   std::map<std::size_t, double> shares;
@@ -91,7 +101,15 @@ std::map<std::size_t, double> samplesUnder(const Ground& ground, const Patch& pa
   const auto lastRow = static_cast<std::size_t>(high.y());
   for (auto row = static_cast<std::size_t>(low.y()); row <= lastRow; ++row) {
     for (auto column = static_cast<std::size_t>(low.x()); column <= lastColumn; ++column) {
-      const double share = touchedShare(ground, *patch.other, column, row);
+      double share = 0;
+      for (const int x : {-1, 1}) {
+        for (const int y : {-1, 1}) {
+          if (touches(ground, *patch.other, column, row, x, y)) {
+            share += 0.25;
+            addSquare(ground, column, row, x, y, shares);
+          }
+        }
+      }
       if (share > 0) {
         shares[row * columns + column] = share;
       }
@@ -130,7 +148,7 @@ std::vector<LoadedSample> groundPressure(const vyrSDK::Simulation& simulation, c
     patches[index].force += contact.normalForce;
   }
 
-  std::map<std::size_t, double> pressures;
+  std::map<std::size_t, LoadedSample> samples;
   for (const Patch& patch : patches) {
     const std::map<std::size_t, double> shares = samplesUnder(place, patch);
     double area = 0;
@@ -138,13 +156,16 @@ std::vector<LoadedSample> groundPressure(const vyrSDK::Simulation& simulation, c
       area += share * place.dx * place.dy;
     }
     for (const auto& [sample, share] : shares) {
-      pressures[sample] += patch.force * share / area;
+      LoadedSample& load = samples[sample];
+      load.index = sample;
+      load.pressure += patch.force / area;
+      load.meanPressure += share * patch.force / area;
     }
   }
   std::vector<LoadedSample> loads;
-  loads.reserve(pressures.size());
-  for (const auto& [index, pressure] : pressures) {
-    loads.push_back({index, pressure});
+  loads.reserve(samples.size());
+  for (const auto& [index, load] : samples) {
+    loads.push_back(load);
   }
   return loads;
 }

@@ -98,9 +98,9 @@ void Terrain::showPressures() const {
   const vyr::AffineMatrix4x4 toWorld = m_geometry->getTransform();
   const vyr::Vec3 up = toWorld.transform3x3(vyr::Vec3(0, 0, 1));
   PressureField field;
-  for (const auto& [index, pressure] : m_pressures) {
+  for (const auto& [index, load] : m_loads) {
     const std::size_t columns = m_field->getNumColumns();
-    field.push_back({m_field->getVertex(index % columns, index / columns) * toWorld, up, pressure});
+    field.push_back({m_field->getVertex(index % columns, index / columns) * toWorld, up, load.mean});
   }
   m_pressureRenderer->update(field);
 }
@@ -110,21 +110,23 @@ void Terrain::post(const vyr::TimeStamp&) {
     return;
   }
   const double share = std::min(1.0, m_simulation->getTimeStep() / kSettleTime);
-  for (auto& [index, pressure] : m_pressures) {
-    pressure *= 1 - share;
+  for (auto& [index, load] : m_loads) {
+    load.pressure *= 1 - share;
+    load.mean *= 1 - share;
   }
   for (const LoadedSample& load : groundPressure(*m_simulation, *m_geometry, *m_field)) {
-    m_pressures[load.index] += share * load.pressure;
+    m_loads[load.index].pressure += share * load.pressure;
+    m_loads[load.index].mean += share * load.meanPressure;
   }
   std::vector<std::size_t> indices;
   std::vector<double> pressures;
-  for (auto entry = m_pressures.begin(); entry != m_pressures.end();) {
-    if (entry->second < kNoPressure) {
-      entry = m_pressures.erase(entry);
+  for (auto entry = m_loads.begin(); entry != m_loads.end();) {
+    if (entry->second.pressure < kNoPressure) {
+      entry = m_loads.erase(entry);
       continue;
     }
     indices.push_back(entry->first);
-    pressures.push_back(entry->second);
+    pressures.push_back(entry->second.pressure);
     ++entry;
   }
   showPressures();

@@ -74,7 +74,12 @@ private:
   vyr::ref_ptr<vyrCollide::Geometry> m_geometry;
   std::unique_ptr<SoilColumns> m_soil;
   std::vector<double> m_floors;
-  std::map<std::size_t, double> m_pressures; ///< of the loaded samples, averaged over time, in Pa
+  /// Pressures on a sample in Pa, averaged over time: where its cell is touched, and over the whole cell.
+  struct Load {
+    double pressure = 0;
+    double mean = 0;
+  };
+  std::map<std::size_t, Load> m_loads; ///< of the loaded samples
   vyr::ref_ptr<PressureFieldRenderer> m_pressureRenderer;
   std::vector<std::uint64_t> m_rowRevisions;
   std::uint64_t m_revision = 0;
