@@ -26,7 +26,8 @@ function buildScene(sim, app, root)
   local jib = box("jib", at(3, 0, 10), vyr.Vec3(11, 0.5, 0.4), MOVED, yellow, root, sim)
   box("counterweight", at(-3.2, 0, 0.6), vyr.Vec3(1.0, 1.0, 1.2), STATIC, grey, root, sim)
 
-  local load = box("load", at(8, 0, 3.5), vyr.Vec3(1.2, 1.2, 1.0), vyr.RigidBody.DYNAMICS,
+  -- The hoist begins taut: a load that drops into its wire makes it whip.
+  local load = box("load", at(8, 0, 3.3), vyr.Vec3(1.2, 1.2, 1.0), vyr.RigidBody.DYNAMICS,
                    vyr.Vec4(0.80, 0.22, 0.16, 1), root, sim)
   load:setMass(800)
 

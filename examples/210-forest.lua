@@ -26,8 +26,6 @@ function buildScene(sim, app, root)
   for i, t in ipairs(TREES) do
     local form = vyrModel.TreeParameters()
     form.height, form.trunkRadius = t[1], t[2]
-    -- The leaves of so many twigs are bodies of their own, which swing on them.
-    form.leafBodies = 30
     -- A vyrOSG.Tree draws itself; a vyrModel.Tree is the same without a picture.
     local tree = vyrOSG.Tree(root)
     tree:setColor(t[6])

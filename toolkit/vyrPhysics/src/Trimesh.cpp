@@ -48,7 +48,7 @@ private:
 };
 
 /// How far a vertex may stand out of a triangle's plane in a mesh that counts as convex, as a share of its diagonal.
-constexpr double kBulge = 0.05;
+constexpr double kBulge = 0.2;
 /// Pairs of triangle and vertex that the test for it goes through at most, about.
 constexpr size_t kMostTests = 20000000;
 

@@ -42,7 +42,7 @@ public:
   /// True when every edge is shared by exactly two triangles that run through it in opposite directions.
   bool isClosed() const { return m_closed; }
 
-  /// True when no vertex stands out of the plane of a triangle by more than a twentieth of the mesh's diagonal: the
+  /// True when no vertex stands out of the plane of a triangle by more than a fifth of the mesh's diagonal: the
   /// mesh is about its own convex hull. Large meshes are sampled. False for an invalid mesh.
   bool isConvex() const;
 
