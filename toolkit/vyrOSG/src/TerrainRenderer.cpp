@@ -38,7 +38,7 @@ GroundMesh::ColorOf colorsOf(const vyrModel::Terrain& terrain, const vyr::Range<
 
 TerrainRenderer::TerrainRenderer(vyrModel::Terrain* terrain, vyr::Range<double> range, vyrOSG::Group* group)
     : m_terrain(terrain)
-    , m_range(range)
+    , m_range(std::min(range.lower(), range.upper()), std::max(range.lower(), range.upper()))
     , m_group(group) {
   if (!terrain || !terrain->isValid())
     return;

@@ -21,8 +21,8 @@ class GroundMesh;
 /// to the simulation after the terrain.
 ///
 /// The range is that of the heights (m, over the terrain's origin) that the colours go through, from dark earth at the
-/// lower bound over sand to grass at the upper one. Soil that was compacted looks darker, so that ruts show. A terrain
-/// that has gone is no longer drawn from the next step on.
+/// lower bound over sand to grass at the upper one; bounds upside down are put in order. Soil that was compacted looks
+/// darker, so that ruts show. A terrain that has gone is no longer drawn from the next step on.
 class VYROSG_EXPORT TerrainRenderer : public vyrSDK::StepEventListener {
 public:
   /// Nullable: terrain (*observes*) and group: without them nothing is drawn. The group holds the drawing, which leaves
