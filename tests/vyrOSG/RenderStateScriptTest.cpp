@@ -12,9 +12,13 @@
 #include <osg/Material>
 #include <osg/StateSet>
 #include <osg/TexMat>
+#include <osg/Texture1D>
 #include <osg/Texture2D>
+#include <osg/Texture3D>
+#include <osg/TextureCubeMap>
 #include <osgDB/WriteFile>
 
+#include <algorithm>
 #include <fstream>
 
 namespace {
@@ -31,6 +35,10 @@ protected:
     for (unsigned int i = 0; i < image->getTotalSizeInBytes(); ++i)
       image->data()[i] = static_cast<unsigned char>(i);
     osgDB::writeImageFile(*image, folder / "wood.png");
+    osg::ref_ptr<osg::Image> wide = new osg::Image;
+    wide->allocateImage(8, 4, 1, GL_RGB, GL_UNSIGNED_BYTE);
+    std::fill_n(wide->data(), wide->getTotalSizeInBytes(), static_cast<unsigned char>(7));
+    osgDB::writeImageFile(*wide, folder / "wide.png");
     std::ofstream(folder / "lit.frag") << "void main() { gl_FragColor = vec4(1.0); }\n";
   }
   void TearDown() override { manager->clear(); }
@@ -149,6 +157,37 @@ TEST_F(RenderStateScript, LoadsEverySection) {
   EXPECT_EQ(stateSet->getAttribute(osg::StateAttribute::PROGRAM), program);
 }
 
+TEST_F(RenderStateScript, TexturesOfEveryKind) {
+  parse(R"({"textures": {
+    "line": {"kind": "1d", "file": "wide.png", "wrap": "clamp"},
+    "stack": {"kind": "3d", "files": ["wood.png", "wood.png", "wood.png"], "filter": "linear"},
+    "sky": {"kind": "cube", "files": ["wood.png", "wood.png", "wood.png", "wood.png", "wood.png", "wood.png"]}
+  }, "renderStates": {"all": {"textures": [
+    {"texture": "line", "sampler": "a"}, {"texture": "stack", "sampler": "b"}, {"texture": "sky", "sampler": "c"}]}}})");
+  EXPECT_THAT(errors(), ElementsAre());
+  const auto* line = dynamic_cast<osg::Texture1D*>(manager->findTexture("line"));
+  const auto* stack = dynamic_cast<osg::Texture3D*>(manager->findTexture("stack"));
+  const auto* sky = dynamic_cast<osg::TextureCubeMap*>(manager->findTexture("sky"));
+  ASSERT_TRUE(line && stack && sky);
+  EXPECT_EQ(line->getImage()->s(), 8);
+  EXPECT_EQ(line->getImage()->t(), 1);
+  EXPECT_EQ(line->getWrap(osg::Texture::WRAP_S), osg::Texture::CLAMP_TO_EDGE);
+  ASSERT_EQ(stack->getImage()->r(), 3);
+  EXPECT_EQ(stack->getFilter(osg::Texture::MIN_FILTER), osg::Texture::LINEAR);
+  // Pixel 1 of row 0 is the same in all layers, and the cube has it in its last row.
+  const osg::Vec4 pixel = stack->getImage()->getColor(1, 0, 0);
+  EXPECT_EQ(stack->getImage()->getColor(1, 0, 2), pixel);
+  for (unsigned int side = 0; side < 6; ++side) {
+    ASSERT_NE(sky->getImage(side), nullptr);
+    EXPECT_EQ(sky->getImage(side)->getColor(1, 3), pixel);
+  }
+  manager->findRenderState("all")->apply(stateSet.get());
+  EXPECT_EQ(stateSet->getUniform("a")->getType(), osg::Uniform::SAMPLER_1D);
+  EXPECT_EQ(stateSet->getUniform("b")->getType(), osg::Uniform::SAMPLER_3D);
+  EXPECT_EQ(stateSet->getUniform("c")->getType(), osg::Uniform::SAMPLER_CUBE);
+  EXPECT_EQ(stateSet->getTextureMode(2, GL_TEXTURE_CUBE_MAP), osg::StateAttribute::ON);
+}
+
 TEST_F(RenderStateScript, AnUnknownKeyIsNamedAndTheRestLoads) {
   parse("{\n"
         "  \"colour\": 1,\n"
@@ -196,6 +235,21 @@ TEST_P(RenderStateMistake, CostsTheEntryAndOneLine) {
 const Mistake kMistakes[] = {
     {"textures", "3", "texture \"bad\": an object is needed, not a number"},
     {"textures", "{}", "texture \"bad\": a \"file\" is needed"},
+    {"textures", R"({"kind": "4d", "file": "wood.png"})",
+     "texture \"bad\": \"kind\" is one of \"2d\", \"1d\", \"3d\", \"cube\""},
+    {"textures", R"({"kind": "cube", "files": ["wood.png"]})",
+     "texture \"bad\": \"files\" with the six sides of the cube are needed"},
+    {"textures", R"({"kind": "cube"})", "texture \"bad\": \"files\" with the six sides of the cube are needed"},
+    {"textures", R"({"kind": "3d", "files": ["wood.png"]})",
+     "texture \"bad\": \"files\" with two pictures or more are needed"},
+    {"textures", R"({"kind": "3d", "files": 3})", "texture \"bad\": \"files\" is a list of strings"},
+    {"textures", R"({"kind": "3d", "files": ["wood.png", "wide.png"]})",
+     "texture \"bad\": file \"wide.png\" has another size or format than \"wood.png\""},
+    {"textures",
+     R"({"kind": "cube", "files": ["wide.png", "wide.png", "wide.png", "wide.png", "wide.png", "wide.png"]})",
+     "texture \"bad\": the sides of a cube are square"},
+    {"textures", R"({"kind": "3d", "files": ["wood.png", "none.png"]})",
+     "texture \"bad\": \"files\": file \"none.png\" is not there, tried: "},
     {"textures", R"({"file": 3})", "texture \"bad\": \"file\" is a string, not a number"},
     {"textures", R"({"file": "none.png"})", "texture \"bad\": \"file\": file \"none.png\" is not there, tried: "},
     {"textures", R"({"file": "lit.frag"})", "texture \"bad\": file \"lit.frag\" holds no image"},

@@ -4,12 +4,10 @@
 #include "ConfigReader.h"
 #include "FileSearch.h"
 #include "ReportingProgram.h"
+#include "TextureEntry.h"
 #include "UniformValue.h"
 
 #include <vyr/Notify.h>
-
-#include <osg/Texture2D>
-#include <osgDB/Registry>
 
 #include <algorithm>
 #include <utility>
@@ -29,14 +27,6 @@ const std::vector<std::string> kStageNames{"vertex",      "fragment",       "geo
                                            "tessControl", "tessEvaluation", "compute"};
 const osg::Shader::Type kStages[] = {osg::Shader::VERTEX,      osg::Shader::FRAGMENT,       osg::Shader::GEOMETRY,
                                      osg::Shader::TESSCONTROL, osg::Shader::TESSEVALUATION, osg::Shader::COMPUTE};
-
-const std::vector<std::string> kWrapNames{"repeat", "clamp", "mirror"};
-const osg::Texture::WrapMode kWraps[] = {osg::Texture::REPEAT, osg::Texture::CLAMP_TO_EDGE, osg::Texture::MIRROR};
-
-const std::vector<std::string> kFilterNames{"mipmap", "linear", "nearest"};
-const osg::Texture::FilterMode kMinFilters[] = {osg::Texture::LINEAR_MIPMAP_LINEAR, osg::Texture::LINEAR,
-                                                osg::Texture::NEAREST};
-const osg::Texture::FilterMode kMagFilters[] = {osg::Texture::LINEAR, osg::Texture::LINEAR, osg::Texture::NEAREST};
 
 } // namespace
 
@@ -92,36 +82,11 @@ std::string RenderStateScript::findFile(ConfigReader& reader, const std::string&
 }
 
 void RenderStateScript::texture(const std::string& name, ConfigReader& reader) {
-  std::string file;
-  std::size_t wrap = 0, filter = 0;
-  double anisotropy = 1;
-  const ConfigValue* fileValue = reader.take("file");
-  reader.getString("file", file);
-  reader.getWord("wrap", kWrapNames, wrap);
-  reader.getWord("filter", kFilterNames, filter);
-  reader.getNumber("anisotropy", anisotropy);
-  if (!fileValue)
-    reader.fail(m_script.getRoot().find("textures")->find(name)->getLine(), "a \"file\" is needed");
-  if (!reader.isGood())
-    return;
-  const std::string path = findFile(reader, "file", file, fileValue->getLine());
-  if (path.empty())
-    return;
-  // Through the registry, which leaves it to us to tell of a failure.
-  osgDB::Registry* registry = osgDB::Registry::instance();
-  const osg::ref_ptr<osg::Image> image = registry->readImage(path, registry->getOptions()).takeImage();
-  if (!image) {
-    reader.fail(fileValue->getLine(), "file \"" + path + "\" holds no image that can be read");
-    return;
+  const int line = m_script.getRoot().find("textures")->find(name)->getLine();
+  if (const osg::ref_ptr<osg::Texture> made = TextureEntry(reader, m_script.getDirectory(), line).make()) {
+    made->setName(name);
+    m_manager.addTexture(name, made);
   }
-  osg::ref_ptr<osg::Texture2D> made = new osg::Texture2D(image);
-  made->setName(name);
-  made->setWrap(osg::Texture::WRAP_S, kWraps[wrap]);
-  made->setWrap(osg::Texture::WRAP_T, kWraps[wrap]);
-  made->setFilter(osg::Texture::MIN_FILTER, kMinFilters[filter]);
-  made->setFilter(osg::Texture::MAG_FILTER, kMagFilters[filter]);
-  made->setMaxAnisotropy(static_cast<float>(anisotropy));
-  m_manager.addTexture(name, made);
 }
 
 void RenderStateScript::shader(const std::string& name, ConfigReader& reader) {
@@ -320,7 +285,7 @@ void RenderStateScript::textures(RenderStateManager::RenderState& state, const s
                                osg::Matrix::translate(offset[0], offset[1], 0));
     osg::ref_ptr<osg::Uniform> uniform;
     if (!sampler.empty()) {
-      uniform = new osg::Uniform(osg::Uniform::SAMPLER_2D, sampler);
+      uniform = new osg::Uniform(TextureEntry::samplerOf(*found), sampler);
       uniform->set(unit);
     }
     state.addTexture(unit, found, matrix, uniform);
