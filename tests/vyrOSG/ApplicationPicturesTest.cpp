@@ -1,4 +1,5 @@
 /// What comes out of a run of the application: films, captures, textures and single pictures, in step with its time.
+#include "ApplicationFixture.h"
 #include "CapturedMessages.h"
 #include "TemporaryFolder.h"
 
@@ -14,6 +15,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <osg/ShapeDrawable>
 #include <osgDB/ReadFile>
 
 namespace {
@@ -82,6 +84,81 @@ TEST_F(ApplicationPictures, CapturesAndTexturesKeepTheirOwnRates) {
   EXPECT_EQ(TemporaryFolder::countFiles(folder / "texture"), 12u);
   EXPECT_EQ(osgDB::readRefImageFile(folder / "screen/image_00000.png")->s(), 64);
   EXPECT_EQ(osgDB::readRefImageFile(folder / "texture/image_00000.png")->s(), 32);
+}
+
+/// Rows and columns of a picture that a red box covers, and pixels of its middle row that are neither red nor not.
+struct RedBox {
+  explicit RedBox(const osg::Image& image) {
+    const auto redness = [&](int column, int row) {
+      const osg::Vec4 color = image.getColor(static_cast<unsigned>(column), static_cast<unsigned>(row));
+      return color.r() - color.b();
+    };
+    const float full = redness(image.s() / 2, image.t() / 2);
+    for (int column = 0; column < image.s(); ++column) {
+      const float share = redness(column, image.t() / 2) / full;
+      width += share > 0.9f;
+      between += share > 0.2f && share < 0.9f;
+    }
+    for (int row = 0; row < image.t(); ++row)
+      height += redness(image.s() / 2, row) > 0.9f * full;
+  }
+  int width = 0;
+  int height = 0;
+  int between = 0;
+};
+
+TEST_F(ApplicationPictures, ACaptureOfAnotherSizeIsDrawnAndNotScaled) {
+  LaunchOptions::process().duration = 0.5;
+  for (const auto& [width, height] : {std::pair(256, 192), std::pair(512, 192)}) {
+    if (!start())
+      GTEST_SKIP() << "no graphics: " << application->getGraphicsBackend()->describe();
+    osg::ref_ptr<osg::ShapeDrawable> box = new osg::ShapeDrawable(new osg::Box(osg::Vec3(), 2.0f));
+    box->setColor(osg::Vec4(1, 0, 0, 1));
+    box->getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::OFF | osg::StateAttribute::PROTECTED);
+    application->getSceneRoot()->addChild(box.get());
+    application->setCameraHome(vyr::Vec3(0, -8, 0), vyr::Vec3(0, 0, 0));
+    vyrOSG::ImageCapture* capture = application->getImageCapture();
+    capture->setDirectoryPath(folder / std::to_string(width));
+    capture->setFps(4);
+    capture->setImageResolution(static_cast<std::size_t>(width), static_cast<std::size_t>(height));
+    capture->startCapture();
+    EXPECT_EQ(application->run(), 0);
+    EXPECT_EQ(TemporaryFolder::countFiles(folder / std::to_string(width)), 2u);
+    const auto read = osgDB::readRefImageFile(folder / (std::to_string(width) + "/image_00001.png"));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->s(), width);
+    EXPECT_EQ(read->t(), height);
+    const RedBox seen(*read);
+    // 2 m at a distance of 7 m, in a view of 40 degrees: 2 / (2 * 7 * tan 20) of the height, as much to the side.
+    EXPECT_NEAR(seen.height, 0.392 * height, 2);
+    EXPECT_NEAR(seen.width, seen.height, 1);
+    EXPECT_EQ(seen.between, 0) << "a picture of 64 by 48 that is scaled has soft edges";
+    // The window's own size is back.
+    application->takeScreenShot(vyr::String(folder / "window.png"));
+    const auto window = osgDB::readRefImageFile(folder / "window.png");
+    EXPECT_EQ(window->s(), 64);
+    EXPECT_NEAR(RedBox(*window).height, 0.392 * 48, 1);
+    EXPECT_NEAR(RedBox(*window).width, RedBox(*window).height, 1);
+  }
+}
+
+TEST_F(ApplicationPictures, AFilmOfSeveralScenesHasAllTheirPictures) {
+  LaunchOptions& options = LaunchOptions::process();
+  options.record = folder / "film/%05d.png";
+  options.fps = 25;
+  if (!start())
+    GTEST_SKIP() << "no graphics: " << application->getGraphicsBackend()->describe();
+  vyr::ref_ptr<FunctionLoader> loader = new FunctionLoader;
+  const std::string script = folder / "scene.lua";
+  std::ofstream(script) << "-- scenes\n";
+  application->setSceneLoader(loader.get());
+  for (const auto& [name, duration] : {std::pair("one", 0.4f), std::pair("two", 0.52f), std::pair("three", 0.08f)}) {
+    loader->scenes[name] = [](vyrSDK::Simulation&, ExampleApplication&, vyrOSG::Group&) {};
+    application->addScene(script, name, false, duration, false);
+  }
+  EXPECT_EQ(application->run(), 0);
+  EXPECT_EQ(loader->built, std::vector<std::string>({"one", "two", "three"}));
+  EXPECT_EQ(TemporaryFolder::countFiles(folder / "film"), 25u);
 }
 
 TEST_F(ApplicationPictures, AnUnwritableCaptureFailsTheRunWithOneLine) {

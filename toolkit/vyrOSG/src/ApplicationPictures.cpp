@@ -1,11 +1,13 @@
 // The application's frames: what draws them, which are drawn, and the pictures and films that come out.
 #include "ApplicationKeys.h"
 #include "ApplicationParts.h"
+#include "PictureBuffer.h"
 #include "WindowHandle.h"
 
 #include <vyr/Notify.h>
 #include <vyrOSG/PictureFile.h>
 
+#include <osg/GLExtensions>
 #include <osgDB/FileUtils>
 #include <osgGA/StateSetManipulator>
 #include <osgViewer/GraphicsWindow>
@@ -110,6 +112,11 @@ void ExampleApplication::drawFrame() {
   drawAndGrab();
   if (m_parts->recorder && !m_parts->recorder->postFrame(m_parts->grabber))
     fail(1);
+  const osg::Viewport& view = *m_viewer->getCamera()->getViewport();
+  if (m_imageCapture->wantsOtherSize(static_cast<int>(view.width()), static_cast<int>(view.height()))) {
+    const vyr::Vec2u size = m_imageCapture->getImageResolution();
+    drawAndGrab(static_cast<int>(size[0]), static_cast<int>(size[1]));
+  }
   if (!m_imageCapture->postFrame(m_parts->grabber))
     fail(1);
 }
@@ -133,6 +140,42 @@ bool ExampleApplication::drawAndGrab() {
   for (const vyr::ref_ptr<RenderToTexture>& target : m_parts->targets) {
     if (!target->postFrame())
       fail(1);
+  }
+  return m_parts->grabber->getImage() != nullptr;
+}
+
+bool ExampleApplication::drawAndGrab(int width, int height) {
+  osg::GraphicsContext& context = *m_backend->getContext();
+  PictureBuffer buffer;
+  if (!context.makeCurrent() || buffer.make(context, width, height, LaunchOptions::process().samples) == 0)
+    return false; // the picture of the other size is there, and will be scaled
+  osg::Camera& camera = *m_viewer->getCamera();
+  const osg::ref_ptr<osg::Viewport> view = camera.getViewport();
+  const osg::Matrixd projection = camera.getProjectionMatrix();
+  const GLenum drawBuffer = camera.getDrawBuffer();
+  const GLenum readBuffer = camera.getReadBuffer();
+  // The height of view stays; a wider picture shows more to the left and to the right.
+  const double aspect = static_cast<double>(width) / height;
+  camera.setProjectionMatrix(projection * osg::Matrixd::scale(view->aspectRatio() / aspect, 1.0, 1.0));
+  camera.setViewport(new osg::Viewport(0, 0, width, height));
+  camera.setDrawBuffer(GL_COLOR_ATTACHMENT0_EXT);
+  camera.setReadBuffer(GL_COLOR_ATTACHMENT0_EXT);
+  // The display keeps its share of the picture's height.
+  const int displayHeight = static_cast<int>(view->height());
+  m_sceneDecorator->resize(std::max(1, static_cast<int>(displayHeight * aspect + 0.5)), displayHeight);
+  buffer.bind(context);
+  m_parts->grabber->clear();
+  m_parts->grabber->request();
+  m_viewer->renderingTraversals();
+
+  m_sceneDecorator->resize(static_cast<int>(view->width()), displayHeight);
+  camera.setDrawBuffer(drawBuffer);
+  camera.setReadBuffer(readBuffer);
+  camera.setViewport(view.get());
+  camera.setProjectionMatrix(projection);
+  if (context.makeCurrent()) {
+    buffer.release(context);
+    context.releaseContext();
   }
   return m_parts->grabber->getImage() != nullptr;
 }

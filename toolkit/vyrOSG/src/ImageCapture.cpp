@@ -126,6 +126,10 @@ void ImageCapture::preFrame(double time, FrameGrabber* grabber) {
   }
 }
 
+bool ImageCapture::wantsOtherSize(int width, int height) const {
+  return m_due > 0 && m_width > 0 && (m_width != width || m_height != height);
+}
+
 bool ImageCapture::postFrame(FrameGrabber* grabber) {
   const int due = m_due;
   m_due = 0;

@@ -297,6 +297,8 @@ private:
   void drawFrame();
   bool isCapturingInLockStep() const;
   bool drawAndGrab();
+  /// Draws what the last frame showed once more, in another size (pixels).
+  bool drawAndGrab(int width, int height);
   void takeDueShots();
   bool writePicture(const std::string& file);
   bool startPictures();

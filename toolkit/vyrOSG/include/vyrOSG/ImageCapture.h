@@ -81,7 +81,8 @@ public:
   vyrSDK::Simulation* getSimulation() { return m_simulation.get(); }
 
   /// Sets the size of the images in pixels; 0 and 0, the default: the size of the rendered picture. A picture of
-  /// another size is scaled. A single zero and sizes above 16384 give one error line and change nothing.
+  /// another size is scaled; the application draws one of the very size instead, with the same height of view.
+  /// A single zero and sizes above 16384 give one error line and change nothing.
   void setImageResolution(std::size_t width, std::size_t height);
   /// Gets the size of the images in pixels: width, height.
   vyr::Vec2u getImageResolution() const;
@@ -117,6 +118,9 @@ public:
   /// Before a frame is drawn: moves the clock (s) and asks the grabber for the picture if one is due. Nullable:
   /// grabber.
   void preFrame(double time, FrameGrabber* grabber);
+
+  /// Between preFrame() and postFrame(): whether a picture is due that shall not have this size (pixels).
+  bool wantsOtherSize(int width, int height) const;
 
   /// After the frame was drawn: writes the picture if one was due. Nullable: grabber. False as for write().
   bool postFrame(FrameGrabber* grabber);
