@@ -335,7 +335,7 @@ function probes.lifetime(overload, object, all, count)
   local references = native.count(class.type, object)
   local local_ = overload.form ~= "new"
   if not references then
-    if local_ and class.collector == "deletes" then probes.deleted(overload, all, count) end
+    if local_ and class.collector == "deletes" then probes.deleted(overload, all, count, 1) end
     return
   end
   local wanted = local_ and class.collector == "drops" and 1 or 0
@@ -357,6 +357,8 @@ function probes.lifetime(overload, object, all, count)
       probes.collected(overload, all, count)
     end
   end
+  -- Without a collector the runtime releases memory and destroys nothing.
+  if local_ and not class.collector and references == 0 then probes.deleted(overload, all, count, 0) end
 end
 
 -- An object that others hold from its construction on outlives its collection and loses one reference.
@@ -386,15 +388,15 @@ function probes.called(overload, all, count)
   end
 end
 
--- A collector that deletes frees the object's memory, once.
-function probes.deleted(overload, all, count)
+-- A collector that deletes frees the object, once.
+function probes.deleted(overload, all, count, wanted)
   local object = overload.call(unpack(all, 1, count))
   native.countFrees(object)
   object = nil
   collectgarbage()
   collectgarbage()
   local frees = native.frees()
-  if frees ~= 1 then fail(overload, ("collected, and freed %d times"):format(frees)) end
+  if frees ~= wanted then fail(overload, ("collected, and freed %d times"):format(frees)) end
 end
 
 -- The three ways in which a collector may find an object.
