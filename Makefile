@@ -1,6 +1,6 @@
 # The commands of everyday work; each one installs and builds what it needs first.
 
-.PHONY: setup build run test sanitize-build sanitize fuzz long-run tsan coverage bench format tidy manifests clean
+.PHONY: setup build run test sanitize-build sanitize fuzz long-run determinism valgrind tsan coverage bench format tidy manifests clean
 
 JOBS ?= $(shell nproc)
 
@@ -36,6 +36,14 @@ fuzz: build sanitize-build
 # Objects of every class that come and go a million times, and ten minutes of simulation: memory stays flat.
 long-run: build
 	@scripts/long-run.sh
+
+# The states of a scene, step by step, in the release build and in the sanitizers' build.
+determinism: build sanitize-build
+	@scripts/determinism.sh
+
+# The binding tests under valgrind (installed if missing); ALL=1 runs every one.
+valgrind: build
+	@scripts/valgrind.sh
 
 # The reference counts and observers of the core library under ThreadSanitizer.
 tsan: setup

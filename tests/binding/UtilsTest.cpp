@@ -19,6 +19,7 @@
 #include <osg/ValueObject>
 #include <osgDB/WriteFile>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace {
@@ -34,6 +35,7 @@ protected:
     body->add(geometry.get());
     osg::ref_ptr<osg::Image> image = new osg::Image;
     image->allocateImage(2, 2, 1, GL_RGB, GL_UNSIGNED_BYTE);
+    std::fill_n(image->data(), image->getTotalSizeInBytes(), static_cast<unsigned char>(0));
     osgDB::writeImageFile(*image, picture);
 
     set("geometry", geometry.get(), "vyrCollide::Geometry");
