@@ -1,6 +1,8 @@
 -- Calls one overload's wrapper in every way that its row implies and compares what happens with the model.
 local border = require "border"
+local lifetimes = require "lifetimes"
 local model = require "model"
+local results = require "results"
 local samples = require "samples"
 
 local probes = {}
@@ -25,6 +27,7 @@ end
 
 local function pack(...) return { ... }, select("#", ...) end
 
+-- Whether a value is the stated one; statements are rounded.
 local function same(a, b)
   if type(a) == "userdata" and type(b) == "userdata" then return native.address(a) == native.address(b) end
   if type(a) == "number" and type(b) == "number" then
@@ -33,83 +36,7 @@ local function same(a, b)
   return a == b
 end
 
--- Whether the row made the object itself: the runtime goes on using the value that the script has, with its type.
-local function isKnown(case, value)
-  if case.known[native.address(value)] then return true end
-  for _, other in pairs(case.env) do
-    if type(other) == "userdata" and native.address(other) == native.address(value) then return true end
-  end
-end
-
--- The text of a result that is wrong; nil if it is right. `call` is what the border saw, if anything.
-local function wrongResult(overload, value, call, case)
-  local t = overload.result
-  local known = call and call.returned and overload.reached.result ~= "n" and not overload.row.computed
-  local operationResult = known and overload.reached.operation.result
-  if operationResult and t and operationResult.kind ~= t.kind then known = false end
-  local raw = known and call.result
-  if overload.constructor then
-    if type(value) ~= "userdata" or tolua.type(value) ~= overload.class then return "no " .. overload.class end
-    if call and call.arguments[1].address ~= native.address(value) then return "another object than the constructed one" end
-    local owns = overload.form ~= "new"
-    if native.owned(value) ~= owns then return owns and "not collected" or "collected" end
-    return nil
-  end
-  if t.kind == "number" or t.kind == "boolean" or t.kind == "string" then
-    if type(value) ~= t.kind and not (value == nil and t.kind == "string" and t.pointer) then
-      return "the result is a " .. type(value) .. ", not a " .. t.kind
-    end
-    if known and not same(raw, value) then return ("the result is %s, not %s"):format(tostring(value), tostring(raw)) end
-    return nil
-  end
-  if value == nil then
-    if known and raw.address ~= native.nothing or t.value or t.reference then return "no object came back" end
-    return nil
-  end
-  local wanted = overload.row.pushed or t.test
-  if type(value) ~= "userdata" then return "the result is a " .. type(value) end
-  if tolua.type(value) ~= wanted and not (isKnown(case, value) or overload.row.derived) then
-    return ("the result is a %s, not a %s"):format(tolua.type(value), wanted)
-  end
-  if not native.isa(value, t.const and wanted or "const " .. wanted) then return "the result is no " .. wanted end
-  if t.value then
-    if not native.owned(value) then return "the value is not collected" end
-    local numbers = border.numbersOf(t.base)
-    if known and numbers then
-      local actual = native.numbers(value, numbers:sub(1, 1), tonumber(numbers:sub(2)))
-      local returned = type(raw) == "table" and raw or { raw }
-      for index, number in ipairs(actual) do
-        if not same(number, returned[index]) then return "the value is another one" end
-      end
-    end
-    return nil
-  end
-  if native.owned(value) and not isKnown(case, value) and not overload.row.derived then return "the object is collected" end
-  if known and raw.address ~= native.address(value) then return "the result is another object" end
-end
-
-local function checkResults(overload, results, count, call, case, given, givenCount)
-  local index = 0
-  if overload.constructor or (overload.result and overload.result.kind ~= "void") then
-    index = 1
-    if count >= 1 then
-      local wrong = wrongResult(overload, results[1], call, case)
-      if wrong then return wrong end
-    end
-  end
-  for place, p in ipairs(overload.parameters) do
-    if p.inout then
-      index = index + 1
-      local wanted = model.received(p, given[place], place <= givenCount)
-      if not overload.row.changes and not same(wanted, results[index]) then
-        return ("result %d is %s, not the given %s"):format(index, tostring(results[index]), tostring(wanted))
-      end
-    end
-  end
-  if count ~= index then return ("%d results, not %d"):format(count, index) end
-end
-
--- One call of the wrapper of chain[top]. Options: held (operations do not run), unwatched results, gives, title.
+-- One call of the wrapper of `top`, or of options.call. Options: title, held (operations do not run). Gives the values.
 local function probe(top, case, arguments, count, options)
   local chain = top.chain
   if not options.held and top.row.before then samples.evaluate(top.row.before, case.env) end
@@ -120,15 +47,15 @@ local function probe(top, case, arguments, count, options)
   native.raised()
   native.at(top.where .. " " .. options.title)
   local self = type(arguments[1]) == "userdata" and native.address(arguments[1]) -- deleting takes it from the value
-  local results, resultCount = pack(pcall(options.call or top.call, unpack(arguments, 1, count)))
+  local values, valueCount = pack(pcall(options.call or top.call, unpack(arguments, 1, count)))
   local calls = native.take()
   local text, place, wantedType = native.raised()
   run.stats.cases = run.stats.cases + 1
   local function wrong(what) fail(top, options.title .. ": " .. what) end
 
   if not expected then
-    if results[1] then return wrong("no error where " .. wantedError.text .. " is due") end
-    if text ~= wantedError.text then return wrong(("%s instead of %s"):format(tostring(text or results[2]), wantedError.text)) end
+    if values[1] then return wrong("no error where " .. wantedError.text .. " is due") end
+    if text ~= wantedError.text then return wrong(("%s instead of %s"):format(tostring(text or values[2]), wantedError.text)) end
     if place ~= wantedError.index or wantedType ~= wantedError.type then
       wrong(("the record names argument %s, %s; not %s, %s"):format(tostring(place), tostring(wantedType),
         tostring(wantedError.index), tostring(wantedError.type)))
@@ -136,9 +63,9 @@ local function probe(top, case, arguments, count, options)
     if #calls > 0 then wrong(calls[1].operation .. " ran before the error") end
     return
   end
-  if not results[1] then return wrong(tostring(results[2])) end
-  table.remove(results, 1)
-  resultCount = resultCount - 1
+  if not values[1] then return wrong(tostring(values[2])) end
+  table.remove(values, 1)
+  valueCount = valueCount - 1
 
   local shift = expected.self and 1 or 0
   local given, givenCount = {}, count - shift
@@ -159,12 +86,12 @@ local function probe(top, case, arguments, count, options)
     if difference then return wrong(difference) end
   end
   if options.held then return end
-  local difference = checkResults(expected, results, resultCount, call, case, given, givenCount)
+  local difference = results.wrong(expected, values, valueCount, call, case, given, givenCount)
   if difference then return wrong(difference) end
-  for index = 1, resultCount do
-    if type(results[index]) == "userdata" then case.known[native.address(results[index])] = true end
+  for index = 1, valueCount do
+    if type(values[index]) == "userdata" then case.known[native.address(values[index])] = true end
   end
-  return results, resultCount
+  return values, valueCount
 end
 
 local function arguments(overload, env)
@@ -223,23 +150,23 @@ local function checks(overload)
   local alone = row.held or false
 
   -- As it is meant, by the wrapper and by name.
-  local results, resultCount = probe(overload, case, all, count, { title = "all arguments", held = alone })
-  if results and row.gives then
+  local got, gotCount = probe(overload, case, all, count, { title = "all arguments", held = alone })
+  if got and row.gives then
     local wanted, wantedCount = samples.evaluate(row.gives, env)
-    for index = 1, math.max(wantedCount, resultCount) do
-      if not same(wanted[index], results[index]) then
-        fail(overload, ("value %d is %s, not %s"):format(index, tostring(results[index]), tostring(wanted[index])))
+    for index = 1, math.max(wantedCount, gotCount) do
+      if not same(wanted[index], got[index]) then
+        fail(overload, ("value %d is %s, not %s"):format(index, tostring(got[index]), tostring(wanted[index])))
       end
     end
   end
-  if results and row.seen then
+  if got and row.seen then
     local values_, n = samples.evaluate(row.seen, env)
     for index = 1, n do
       if values_[index] ~= true then fail(overload, ("%s: value %d is %s"):format(row.seen, index, tostring(values_[index]))) end
     end
   end
-  if results and overload.constructor then
-    probes.lifetime(overload, results[1], all, count)
+  if got and overload.constructor then
+    lifetimes.check(fail, overload, got[1], all, count)
   end
   local last = overload.chain[#overload.chain]
   if not row.once and not (overload.constructor and overload.form ~= "new") then
@@ -253,7 +180,7 @@ local function checks(overload)
     end
   end
   if overload.form == ".call" then
-    probes.called(overload, all, count)
+    lifetimes.called(fail, overload, all, count)
     return
   end
 
@@ -327,107 +254,6 @@ function probes.check(overload)
     native.take()
     fail(overload, "the row cannot be run: " .. tostring(problem))
   end
-end
-
--- Counts and ends of objects that a constructor made.
-function probes.lifetime(overload, object, all, count)
-  local class = overload.classInfo
-  local references = native.count(class.type, object)
-  local local_ = overload.form ~= "new"
-  if not references then
-    if local_ and class.collector == "deletes" then probes.deleted(overload, all, count, 1) end
-    return
-  end
-  local wanted = local_ and class.collector == "drops" and 1 or 0
-  if overload.row.references then wanted = wanted + overload.row.references end
-  if references ~= wanted then
-    fail(overload, ("%d references, not %d"):format(references, wanted))
-  end
-  if not local_ and references == 0 and not overload.row.keep then
-    -- Made by "new": somebody has to let go of it.
-    local watch, address = native.observe(class.type, object), native.address(object)
-    native.hold(class.type, object)
-    native.letGo(class.type, address)
-    if not native.gone(watch) then fail(overload, "the last reference went and the object stayed") end
-  end
-  if local_ and class.collector == "drops" then
-    if overload.row.references then
-      probes.collectedAndHeld(overload, all, count)
-    else
-      probes.collected(overload, all, count)
-    end
-  end
-  -- Without a collector the runtime releases memory and destroys nothing.
-  if local_ and not class.collector and references == 0 then probes.deleted(overload, all, count, 0) end
-end
-
--- An object that others hold from its construction on outlives its collection and loses one reference.
-function probes.collectedAndHeld(overload, all, count)
-  local class = overload.classInfo
-  local object = overload.call(unpack(all, 1, count))
-  local address, watch = native.address(object), native.observe(class.type, object)
-  object = nil
-  collectgarbage()
-  collectgarbage()
-  if native.gone(watch) then return fail(overload, "collected under somebody who holds it") end
-  if native.countAt(class.type, address) ~= overload.row.references then
-    fail(overload, "the collector did not drop one reference")
-  end
-end
-
--- A class table that is called gives one value, the object, whatever the constructor pushes back.
-function probes.called(overload, all, count)
-  local arguments_ = {}
-  for index = 2, count do arguments_[index - 1] = all[index] end
-  local results, resultCount = pack(pcall(overload.classTable, unpack(arguments_, 1, count - 1)))
-  if not results[1] or resultCount ~= 2 or type(results[2]) ~= "userdata" then
-    return fail(overload, "calling the class gives " .. tostring(results[2]) .. " and " .. (resultCount - 2) .. " more")
-  end
-  if tolua.type(results[2]) ~= overload.class or not native.owned(results[2]) then
-    fail(overload, "calling the class gives a " .. tolua.type(results[2]))
-  end
-end
-
--- A collector that deletes frees the object, once.
-function probes.deleted(overload, all, count, wanted)
-  local object = overload.call(unpack(all, 1, count))
-  native.countFrees(object)
-  object = nil
-  collectgarbage()
-  collectgarbage()
-  local frees = native.frees()
-  if frees ~= wanted then fail(overload, ("collected, and freed %d times"):format(frees)) end
-end
-
--- The three ways in which a collector may find an object.
-function probes.collected(overload, all, count)
-  local class = overload.classInfo
-  local function make()
-    local object = overload.call(unpack(all, 1, count))
-    return object, native.address(object), native.observe(class.type, object)
-  end
-  local function collect()
-    collectgarbage()
-    collectgarbage()
-  end
-  local object, address, watch = make()
-  object = nil
-  collect()
-  if not native.gone(watch) then fail(overload, "collected, and the object stayed") end
-  object, address, watch = make()
-  native.hold(class.type, object)
-  object = nil
-  collect()
-  if native.gone(watch) then return fail(overload, "collected under somebody who holds it") end
-  if native.countAt(class.type, address) ~= 1 then fail(overload, "the collector did not drop one reference") end
-  native.letGo(class.type, address)
-  if not native.gone(watch) then fail(overload, "let go, and the object stayed") end
-  object, address, watch = make()
-  native.forget(class.type, address)
-  object = nil
-  collect()
-  if native.gone(watch) then return fail(overload, "a collector deleted an object without references") end
-  if native.countAt(class.type, address) ~= 0 then fail(overload, "a collector touched the count of an object without references") end
 end
 
 return probes
