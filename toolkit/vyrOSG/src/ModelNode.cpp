@@ -27,7 +27,7 @@ std::string withoutChange(const std::string& fileName) {
   static const std::set<std::string> s_withNumbers = {"scale", "rot", "trans"};
   static const std::set<std::string> s_alone = {"normals", "osgshadow", "shadow", "gz"};
   const std::string ending = osgDB::getLowerCaseFileExtension(fileName);
-  const std::string name = osgDB::getNameLessExtension(fileName);
+  std::string name = osgDB::getNameLessExtension(fileName);
   if (s_alone.count(ending) != 0)
     return name;
   if (s_withNumbers.count(ending) == 0)

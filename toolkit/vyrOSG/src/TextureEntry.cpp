@@ -117,12 +117,16 @@ std::vector<TextureEntry::File> TextureEntry::files(std::size_t kind) {
   const vyrCFG::ConfigValue* value = m_reader.take("files");
   std::vector<std::string> names;
   m_reader.getStrings("files", names);
-  if (m_reader.isGood() && (kind == CUBE ? names.size() != kSides : names.size() < 2))
+  if (!m_reader.isGood())
+    return {};
+  if (!value || (kind == CUBE ? names.size() != kSides : names.size() < 2)) {
     m_reader.fail(value ? value->getLine() : m_line, kind == CUBE
                                                          ? "\"files\" with the six sides of the cube are needed"
                                                          : "\"files\" with two pictures or more are needed");
+    return {};
+  }
   std::vector<File> result;
-  for (std::size_t i = 0; m_reader.isGood() && i < names.size(); ++i)
+  for (std::size_t i = 0; i < names.size(); ++i)
     result.push_back({names[i], value->getElements()[i].getLine()});
   return result;
 }
