@@ -14,7 +14,7 @@ function buildScene(sim, app, root)
     end
   end
   local soil = vyrModel.Soil()
-  soil.modulus = 8.0e5 -- Pa: a wheel of this car sinks by some centimetres
+  soil.modulus = 2.0e6 -- Pa: a wheel of this car sinks by some centimetres
   local terrain = vyrModel.Terrain(columns, rows, sizeX, sizeY, heights, 0.6, soil)
   sim:add(terrain)
   -- The colours go from dark earth at -0.2 m to grass at 0.2 m; pressed soil is darker.
@@ -43,7 +43,7 @@ function buildScene(sim, app, root)
   local decorator = app:getSceneDecorator()
   decorator:setBackgroundColor(vyr.Vec3(0.46, 0.62, 0.80), vyr.Vec3(0.92, 0.90, 0.84))
   decorator:setEnableShadows(true)
-  app:setCameraHome(vyr.Vec3(-6.8, -5.2, 4.2), vyr.Vec3(-0.6, 0.0, -0.3))
+  app:setCameraHome(vyr.Vec3(-8.4, -4.6, 4.6), vyr.Vec3(-2.0, -0.1, -0.2))
 end
 
 local app = vyrOSG.ExampleApplication()
