@@ -2,6 +2,7 @@
 #include "Interpreter.h"
 
 #include "ApiManifest.h"
+#include "CoroutineTrace.h"
 #include "ErrorHints.h"
 
 #include <vyrLua/ProtectedCall.h>
@@ -44,10 +45,15 @@ int addTraceback(lua_State* state) {
     lua_replace(state, 1);
     lua_settop(state, 1);
   }
+  const std::string coroutine = traceCoroutine(state, lua_tostring(state, 1));
   // The hint stands before the traceback, beside what it explains.
   const std::string hint = explainMissingName(getLoadedManifest(), lua_tostring(state, 1));
   if (!hint.empty()) {
     lua_pushfstring(state, "%s\n%s", lua_tostring(state, 1), hint.c_str());
+    lua_replace(state, 1);
+  }
+  if (!coroutine.empty()) {
+    lua_pushfstring(state, "%s\n%s", lua_tostring(state, 1), coroutine.c_str());
     lua_replace(state, 1);
   }
   lua_getglobal(state, "debug");

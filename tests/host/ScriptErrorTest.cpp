@@ -7,6 +7,7 @@
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 using vyrTest::makeTestFolder;
 using vyrTest::Outcome;
@@ -69,6 +70,38 @@ TEST(ScriptError, ExceptionOfABoundCall) {
   EXPECT_THAT(number.errors, HasSubstr("vyr: C++ exception of an unknown type"));
   EXPECT_EQ("false\tC++ exception: the axle broke\n",
             runProgram({"-l", "thrower", "-e", "print(pcall(throwStandard))"}, "", environment).output);
+}
+
+TEST(ScriptError, ErrorsOfCoroutinesKeepTextAndTraceback) {
+  const std::string start = "local function rope() error('the rope is too short') end\n"
+                            "local co = coroutine.create(function() rope() end)\n";
+  for (const std::string& rest :
+       {std::string("local f = coroutine.wrap(function() rope() end)\nlocal function drive() f() end\ndrive()"),
+        std::string("local ok, text = coroutine.resume(co)\nlocal function drive() error(text, 0) end\ndrive()")}) {
+    const Outcome outcome = runScript(start + rest);
+    EXPECT_EQ(1, outcome.code);
+    EXPECT_THAT(outcome.errors, HasSubstr("s.lua:1: the rope is too short\nstack traceback of the coroutine:\n"));
+    EXPECT_THAT(outcome.errors, HasSubstr("s.lua:1: in function 'rope'\n"));
+    EXPECT_THAT(outcome.errors, HasSubstr("\nstack traceback:\n"));
+    EXPECT_THAT(outcome.errors, HasSubstr("s.lua:5: in main chunk"));
+  }
+  // A coroutine that failed before, with another error, has nothing to do with this one.
+  EXPECT_THAT(runScript(start + "coroutine.resume(co)\nerror('something else')").errors,
+              Not(HasSubstr("of the coroutine")));
+}
+
+TEST(ScriptError, TwoApplicationsRunOneAfterTheOther) {
+  const Outcome outcome = runProgram({"--gl=none", "--steps=6",
+                                      writeFile(makeTestFolder(), "s.lua",
+                                                "function scene(sim, app) sim:add(vyr.RigidBody('body')) end\n"
+                                                "for i = 1, 2 do\n"
+                                                "  local app = vyrOSG.ExampleApplication()\n"
+                                                "  app:init(vyrIO.ArgumentParser(arg))\n"
+                                                "  app:addScene(arg[0], 'scene', 0, true)\n"
+                                                "  print(app:run(), app:getTimeStamp())\n"
+                                                "end\n")});
+  EXPECT_EQ(0, outcome.code) << outcome.errors;
+  EXPECT_EQ("0\t0.1\n0\t0.1\n", outcome.output);
 }
 
 } // namespace

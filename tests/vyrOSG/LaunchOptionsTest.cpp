@@ -38,7 +38,8 @@ TEST(LaunchOptions, SizesArePositive) {
   EXPECT_TRUE(options.parseSize("640x480"));
   EXPECT_EQ(640u, options.width);
   EXPECT_EQ(480u, options.height);
-  for (const char* wrong : {"", "640", "640x", "x480", "0x480", "-1x5", "1.5x2", "999999999999x1", "640 x 480"})
+  for (const char* wrong :
+       {"", "640", "640x", "x480", "0x480", "-1x5", "1.5x2", "999999999999x1", "640 x 480", "99999x480", "640x16385"})
     EXPECT_FALSE(options.parseSize(wrong)) << wrong;
   EXPECT_EQ(640u, options.width);
   EXPECT_EQ(480u, options.height);

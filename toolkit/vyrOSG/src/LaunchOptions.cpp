@@ -49,6 +49,9 @@ bool LaunchOptions::addShot(const std::string& text) {
   return true;
 }
 
+/// Pixels along a side: beyond what graphics cards draw.
+constexpr int kMaximumSize = 16384;
+
 bool LaunchOptions::parseSize(const std::string& text) {
   const std::size_t cross = text.find('x');
   if (cross == std::string::npos)
@@ -61,7 +64,7 @@ bool LaunchOptions::parseSize(const std::string& text) {
   };
   const int newWidth = read(text.substr(0, cross));
   const int newHeight = read(text.substr(cross + 1));
-  if (newWidth <= 0 || newHeight <= 0)
+  if (newWidth <= 0 || newHeight <= 0 || newWidth > kMaximumSize || newHeight > kMaximumSize)
     return false;
   width = static_cast<unsigned>(newWidth);
   height = static_cast<unsigned>(newHeight);

@@ -37,7 +37,7 @@ public:
   /// Reads "t=2.5:file.png" or "2.5:file.png" and appends the shot; false, and nothing changed, when malformed.
   bool addShot(const std::string& text);
 
-  /// Reads "1280x720" into width and height; false, and nothing changed, when malformed or zero.
+  /// Reads "1280x720" into width and height; false, and nothing changed, when malformed, zero or above 16384.
   bool parseSize(const std::string& text);
 
   /// Notes that something asked for on the command line failed; the first code that is not 0 stays.
