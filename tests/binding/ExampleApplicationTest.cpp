@@ -11,6 +11,7 @@
 #include <vyrCollide/Geometry.h>
 #include <vyrOSG/CameraData.h>
 #include <vyrOSG/ExampleApplication.h>
+#include <vyrOSG/LaunchOptions.h>
 #include <vyrSDK/PickHandler.h>
 #include <vyrSDK/PickResult.h>
 
@@ -186,6 +187,23 @@ TEST_F(ExampleApplicationModule, OnlyTheDebugRendererAnswersItsSwitch) {
 TEST_F(ExampleApplicationModule, WithoutAViewerThereIsNoCamera) {
   EXPECT_EQ("nil nil", lua.run("a = vyrOSG.ExampleApplication() return a:getCamera(), a:getViewer()"));
   EXPECT_EQ("false true", lua.run("local before = a:shouldStop() a:stop() return before, a:shouldStop()"));
+}
+
+TEST_F(ExampleApplicationModule, WithAViewerTheCameraIsItsMaster) {
+  vyrOSG::LaunchOptions& options = vyrOSG::LaunchOptions::process();
+  options.backend = vyrOSG::LaunchOptions::EGL;
+  options.width = 64;
+  options.height = 48;
+  const vyr::ref_ptr<vyrOSG::ExampleApplication> application = new vyrOSG::ExampleApplication;
+  application->setupViewer(false);
+  options = vyrOSG::LaunchOptions();
+  if (application->getViewer() == nullptr) {
+    GTEST_SKIP() << "no EGL context on this machine";
+  }
+  set("a", application.get(), "vyrOSG::ExampleApplication");
+  EXPECT_EQ("osg::Camera osgViewer::Viewer", lua.run("k, v = a:getCamera(), a:getViewer() return k, v"));
+  EXPECT_EQ(application->getViewer()->getCamera(), global<osg::Camera>("k"));
+  EXPECT_EQ(application->getViewer(), global<osgViewer::Viewer>("v"));
 }
 
 } // namespace
