@@ -193,9 +193,9 @@ row { "void setAllowEventFocus(bool focus)", with = "false", seen = "not self:ge
 row "bool getAllowEventFocus() const"
 row "const osg::Vec4& getClearAccum() const"
 row { "void setClearDepth(double depth)", with = "0.3", seen = "self:getClearDepth() == 0.3" }
-row "double getClearDepth() const"
+row { "double getClearDepth() const", before = "self:setClearDepth(0.3)", gives = "0.3" }
 row { "void setClearStencil(int stencil)", with = "-3.7", seen = "self:getClearStencil() == -3" }
-row "int getClearStencil() const"
+row { "int getClearStencil() const", before = "self:setClearStencil(-3)", gives = "-3" }
 row { "void setColorMask(bool red, bool green, bool blue, bool alpha)", with = "true, false, true, false" }
 constants { "PRE_MULTIPLY", 0, "POST_MULTIPLY", 1 }
 row { "void setTransformOrder(enum osg::Camera::TransformOrder order)", seen = "self:getTransformOrder() == 1" }
@@ -217,7 +217,7 @@ constants { "PRE_RENDER", 0, "NESTED_RENDER", 1, "POST_RENDER", 2 }
 row { "void setRenderOrder(enum osg::Camera::RenderOrder order, int number = 0)", with = "2.7, -2.7",
   seen = "self:getRenderOrder() == 2, self:getRenderOrderNum() == -2" }
 row "enum osg::Camera::RenderOrder getRenderOrder() const"
-row "int getRenderOrderNum() const"
+row { "int getRenderOrderNum() const", before = "self:setRenderOrder(0, -2)", gives = "-2" }
 row "bool isRenderToTextureCamera() const"
 constants { "FRAME_BUFFER_OBJECT", 0, "PIXEL_BUFFER_RTT", 1, "PIXEL_BUFFER", 2, "FRAME_BUFFER", 3 }
 constants {

@@ -80,9 +80,9 @@ row "const osg::Vec4& getClearColor() const"
 row "void setClearAccum(const osg::Vec4& color)"
 row "const osg::Vec4& getClearAccum() const"
 row { "void setClearDepth(double depth)", with = "0.3", seen = "self:getClearDepth() == 0.3" }
-row "double getClearDepth() const"
+row { "double getClearDepth() const", before = "self:setClearDepth(0.3)", gives = "0.3" }
 row { "void setClearStencil(int stencil)", with = "-3.7", seen = "self:getClearStencil() == -3" }
-row "int getClearStencil() const"
+row { "int getClearStencil() const", before = "self:setClearStencil(-3)", gives = "-3" }
 row "void setColorMask(osg::ColorMask* mask)"
 row "void setColorMask(bool red, bool green, bool blue, bool alpha)"
 row { "osg::ColorMask* getColorMask()", before = "self:setColorMask(true, true, true, false)" }
@@ -125,7 +125,7 @@ constants { "PRE_RENDER", 0, "NESTED_RENDER", 1, "POST_RENDER", 2 }
 row { "void setRenderOrder(enum osg::Camera::RenderOrder order, int number = 0)", with = "2.7, -2.7",
   seen = "self:getRenderOrder() == 2, self:getRenderOrderNum() == -2" }
 row "enum osg::Camera::RenderOrder getRenderOrder() const"
-row "int getRenderOrderNum() const"
+row { "int getRenderOrderNum() const", before = "self:setRenderOrder(0, -2)", gives = "-2" }
 row "bool isRenderToTextureCamera() const"
 constants { "FRAME_BUFFER_OBJECT", 0, "PIXEL_BUFFER_RTT", 1, "PIXEL_BUFFER", 2, "FRAME_BUFFER", 3 }
 row { "void setRenderTargetImplementation(enum osg::Camera::RenderTargetImplementation implementation)", seen = "self:getRenderTargetImplementation() == 1" }
