@@ -50,16 +50,21 @@ public:
   Messages(const Messages&) = delete;
   Messages& operator=(const Messages&) = delete;
 
+  /// Errors, and warnings.
   const std::vector<std::string>& get() const { return m_sink->texts; }
+  const std::vector<std::string>& getWarnings() const { return m_sink->warnings; }
 
 private:
   struct Sink : vyr::NotifySink {
     void message(vyr::NotifyLevel level, const std::string& text) override {
       if (level == vyr::NOTIFY_ERROR) {
         texts.push_back(text);
+      } else if (level == vyr::NOTIFY_WARNING) {
+        warnings.push_back(text);
       }
     }
     std::vector<std::string> texts;
+    std::vector<std::string> warnings;
   };
   vyr::ref_ptr<Sink> m_sink;
 };

@@ -3,6 +3,8 @@
 
 #include "SimulationNative.h"
 
+#include <limits>
+
 namespace vyrSDK {
 
 namespace {
@@ -47,10 +49,15 @@ struct Writer {
 };
 
 struct Reader {
-  const Json& json;
-  void operator()(const char* name, btVector3& v) const { v = toEngineVector(json.at(name)); }
-  void operator()(const char* name, double& v) const { v = toNumber(json.at(name)); }
-  void operator()(const char* name, int& v) const { v = json.at(name).get<int>(); }
+  const SceneValue& value;
+  void operator()(const char* name, btVector3& v) const {
+    const vyr::Vec3 read = value[name].vec3();
+    v.setValue(read.x(), read.y(), read.z());
+  }
+  void operator()(const char* name, double& v) const { v = value[name].limit(); }
+  void operator()(const char* name, int& v) const {
+    v = static_cast<int>(value[name].integer(std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+  }
 };
 
 } // namespace
@@ -66,11 +73,13 @@ Json toJson(const btManifoldPoint& point) {
   return json;
 }
 
-btManifoldPoint toManifoldPoint(const Json& json) {
+btManifoldPoint toManifoldPoint(const SceneValue& value) {
+  constexpr int kMostGeometries = 1 << 20;
   const btVector3 zero(0.0, 0.0, 0.0);
   btManifoldPoint point(zero, zero, zero, 0.0);
-  visitPoint(point, Reader{json});
-  point.m_userPersistentData = encodeChildren(json.at("geometry1").get<int>(), json.at("geometry2").get<int>());
+  visitPoint(point, Reader{value});
+  point.m_userPersistentData = encodeChildren(static_cast<int>(value["geometry1"].integer(-1, kMostGeometries)),
+                                              static_cast<int>(value["geometry2"].integer(-1, kMostGeometries)));
   return point;
 }
 

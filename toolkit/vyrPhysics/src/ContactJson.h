@@ -3,12 +3,14 @@
 
 #include "SceneJson.h"
 
+#include <vyrSDK/SceneValue.h>
+
 #include <BulletCollision/NarrowPhaseCollision/btManifoldPoint.h>
 
 namespace vyrSDK {
 
 /// All numbers of a contact point that the next step depends on.
 Json toJson(const btManifoldPoint& point);
-btManifoldPoint toManifoldPoint(const Json& json);
+btManifoldPoint toManifoldPoint(const SceneValue& value);
 
 } // namespace vyrSDK

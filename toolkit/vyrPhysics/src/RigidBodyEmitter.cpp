@@ -30,13 +30,19 @@ double RigidBodyEmitter::random() {
 }
 
 void RigidBodyEmitter::setShape(vyrCollide::Shape* shape, Material* material) {
-  ref_ptr<vyrCollide::Shape> shapeHolder = shape;
-  ref_ptr<Material> materialHolder = material;
-  m_factory = [shapeHolder, materialHolder](const std::function<double()>&) {
+  m_shape = shape;
+  m_material = material;
+  m_factory = [shapeHolder = m_shape, materialHolder = m_material](const std::function<double()>&) {
     auto* geometry = new vyrCollide::Geometry(shapeHolder.get());
     geometry->setMaterial(materialHolder.get());
     return geometry;
   };
+}
+
+void RigidBodyEmitter::setGeometryFactory(const GeometryFactory& factory) {
+  m_factory = factory;
+  m_shape = nullptr;
+  m_material = nullptr;
 }
 
 bool RigidBodyEmitter::setRate(double rate) {

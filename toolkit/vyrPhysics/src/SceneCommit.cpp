@@ -1,127 +1,30 @@
 /// Puts the parts of a scene file into a simulation, in the state that they were written in.
 #include "SceneReader.h"
 
+#include "BulletConvert.h"
 #include "ConstraintNative.h"
-#include "ContactJson.h"
 #include "GeometryNative.h"
 #include "ParticleSystemNative.h"
 #include "RigidBodyNative.h"
 #include "SimulationNative.h"
 
-#include <vyr/Constraint1DOF.h>
-
 #include <algorithm>
-#include <map>
-#include <set>
-#include <tuple>
 
 namespace vyrSDK {
 
-namespace {
-
-/// A line of the order: what it is, which one, which particle of it, and its rank among the engine's objects.
-struct Entry {
-  explicit Entry(const Json& json)
-      : kind(json.at(0).get<std::string>())
-      , index(json.at(1).get<size_t>())
-      , part(json.at(2).get<size_t>())
-      , rank(json.at(3).get<int>()) {}
-
-  std::string kind;
-  size_t index;
-  size_t part;
-  int rank;
-};
-
-} // namespace
-
-btRigidBody* SceneReader::objectAt(size_t place) const {
-  const Entry entry(m_json.at("order").at(place));
-  if (entry.kind == "body") {
-    return m_bodies.at(entry.index)->getNative()->body.get();
-  }
-  if (entry.kind == "geometry") {
-    return m_freeGeometries.at(entry.index)->getNative()->standalone.get();
-  }
-  return m_particleSystems.at(entry.index)->getNative()->bodies.at(entry.part).get();
-}
-
-void SceneReader::checkOrder() const {
-  std::set<std::tuple<std::string, size_t, size_t>> seen;
-  std::set<int> ranks;
-  for (const Json& json : m_json.at("order")) {
-    const Entry entry(json);
-    if (entry.kind == "body") {
-      m_bodies.at(entry.index);
-    } else if (entry.kind == "geometry") {
-      m_freeGeometries.at(entry.index);
-    } else if (entry.kind == "particle") {
-      m_particleSystems.at(entry.index)->getNative()->bodies.at(entry.part);
-    } else {
-      throw std::runtime_error("the order names a '" + entry.kind + "'");
-    }
-    if (!seen.insert({entry.kind, entry.index, entry.part}).second || !ranks.insert(entry.rank).second ||
-        entry.rank < 1) {
-      throw std::runtime_error("the order names a part or a rank twice");
-    }
-  }
-  size_t expected = m_bodies.size();
-  for (const auto& geometry : m_freeGeometries) {
-    expected += geometry->getEnableCollisions() ? 1 : 0;
-  }
-  for (const auto& particles : m_particleSystems) {
-    expected += particles->getNumParticles();
-  }
-  if (seen.size() != expected) {
-    throw std::runtime_error("the order leaves parts out");
-  }
-  for (const Json& json : m_json.at("contacts")) {
-    for (const Json& place : json.at("objects")) {
-      if (place.get<size_t>() >= seen.size()) {
-        throw std::runtime_error("a contact names an object that is not there");
-      }
-    }
-    for (const Json& point : json.at("points")) {
-      toManifoldPoint(point);
-    }
-  }
-}
-
-void SceneReader::checkState() const {
-  const Json& settings = m_json.at("simulation");
-  if (!(settings.at("timeStep").get<double>() > 0.0) || settings.at("iterations").get<int>() < 1) {
-    throw std::runtime_error("the time step or the number of iterations is refused");
-  }
-  toVec3(settings.at("gravity"));
-  settings.at("solver").get<std::string>();
-  settings.at("frictionModel").get<int>();
-  settings.at("sleeping").get<bool>();
-  settings.at("countStart").get<double>();
-  settings.at("countedSteps").get<uint64_t>();
-  settings.at("steps").get<uint64_t>();
-  for (const Json& json : m_json.at("bodies")) {
-    toEngineTransform(json.at("engineTransform"));
-    toEngineVector(json.at("force"));
-    toEngineVector(json.at("torque"));
-    json.at("activation").get<int>();
-    json.at("restTime").get<double>();
-  }
-  for (const Json& json : m_json.at("constraints")) {
-    if (json.contains("control")) {
-      json.at("control").at("position").get<double>();
-    }
-    if (json.contains("suspension")) {
-      const Json& part = json.at("suspension");
-      part.at("lastKnown").get<bool>();
-      part.at("lastSpeed").get<double>();
-      part.at("lastForce").get<double>();
-    }
-  }
+void SceneReader::applySettings(Simulation& simulation) const {
+  simulation.setTimeStep(m_settings.timeStep);
+  simulation.setGravity(m_settings.gravity);
+  simulation.setSolver(m_settings.solver);
+  simulation.setNumIterations(m_settings.iterations);
+  simulation.setFrictionModel(m_settings.frictionModel);
+  simulation.setEnableSleeping(m_settings.sleeping);
+  simulation.m_clock.restore(m_settings.countStart, m_settings.countedSteps, m_settings.steps);
 }
 
 void SceneReader::insertObjects(Simulation& simulation) {
   simulation.m_bodies = m_bodies;
-  simulation.m_geometries = m_freeGeometries;
+  simulation.m_geometries = m_geometries;
   simulation.m_particleSystems = m_particleSystems;
   for (const auto& body : m_bodies) {
     body->m_simulation = &simulation;
@@ -132,21 +35,20 @@ void SceneReader::insertObjects(Simulation& simulation) {
   SimulationNative& native = *simulation.m_native;
   int highest = native.broadphase.m_gid;
   const int base = highest;
-  for (const Json& json : m_json.at("order")) {
-    const Entry entry(json);
+  for (const OrderEntry& entry : m_order) {
     // The engine sorts pairs by these numbers; with the same ranks it takes contacts in the same order.
     native.broadphase.m_gid = base + entry.rank - 1;
-    if (entry.kind == "body") {
+    if (entry.kind == OrderEntry::BODY) {
       simulation.insertBody(m_bodies[entry.index].get());
-    } else if (entry.kind == "geometry") {
-      simulation.insertGeometry(m_freeGeometries[entry.index].get());
+    } else if (entry.kind == OrderEntry::GEOMETRY) {
+      simulation.insertGeometry(m_geometries[entry.index].get());
     } else {
       native.world.addRigidBody(m_particleSystems[entry.index]->getNative()->bodies[entry.part].get());
     }
     highest = std::max(highest, base + entry.rank);
   }
   native.broadphase.m_gid = highest;
-  for (const auto& geometry : m_freeGeometries) {
+  for (const auto& geometry : m_geometries) {
     if (!geometry->getEnableCollisions()) {
       simulation.insertGeometry(geometry.get());
     }
@@ -156,19 +58,8 @@ void SceneReader::insertObjects(Simulation& simulation) {
 }
 
 void SceneReader::insertConstraints(Simulation& simulation) {
-  for (size_t i = 0; i < m_constraints.size(); ++i) {
-    vyr::Constraint* constraint = m_constraints[i].get();
-    simulation.add(constraint);
-    const Json& json = m_json.at("constraints")[i];
-    vyr::JointConstraint& native = *constraint->getNative()->constraint;
-    if (json.contains("control")) {
-      native.setTurns(json.at("control").at("position").get<double>());
-    }
-    if (json.contains("suspension")) {
-      const Json& part = json.at("suspension");
-      native.setSpringMemory(
-          {part.at("lastKnown").get<bool>(), part.at("lastSpeed").get<double>(), part.at("lastForce").get<double>()});
-    }
+  for (const auto& constraint : m_constraints) {
+    simulation.add(constraint.get());
   }
   for (const auto& space : m_spaces) {
     simulation.add(space.get());
@@ -178,86 +69,58 @@ void SceneReader::insertConstraints(Simulation& simulation) {
   }
 }
 
-void SceneReader::restoreState(Simulation& simulation) {
-  for (size_t i = 0; i < m_bodies.size(); ++i) {
-    const Json& json = m_json.at("bodies")[i];
-    btRigidBody& engine = *m_bodies[i]->getNative()->body;
-    const btTransform pose = toEngineTransform(json.at("engineTransform"));
-    engine.setWorldTransform(pose);
-    engine.setInterpolationWorldTransform(pose);
-    engine.updateInertiaTensor();
-    engine.clearForces();
-    engine.applyCentralForce(toEngineVector(json.at("force")));
-    engine.applyTorque(toEngineVector(json.at("torque")));
-    if (simulation.getEnableSleeping()) {
-      engine.forceActivationState(json.at("activation").get<int>());
-      engine.setDeactivationTime(json.at("restTime").get<double>());
+namespace {
+
+/// Listeners that scene files hold are parts: those of the file take their place.
+void removeSceneListeners(Simulation& simulation) {
+  const auto listeners = simulation.getStepEventListeners();
+  for (const auto& listener : listeners) {
+    if (SceneType::of(*listener) != nullptr) {
+      simulation.remove(listener.get());
     }
   }
 }
 
-void SceneReader::restoreContacts(Simulation& simulation) {
-  // Finding contacts makes the engine's places for them, which then get back what was in them.
-  SimulationNative& native = *simulation.m_native;
-  native.world.performDiscreteCollisionDetection();
-  using Key = std::tuple<const btCollisionObject*, const btCollisionObject*, const void*>;
-  std::map<Key, const Json*> saved;
-  for (const Json& json : m_json.at("contacts")) {
-    if (!json.at("points").empty()) {
-      const btManifoldPoint point = toManifoldPoint(json.at("points")[0]);
-      saved[Key(objectAt(json.at("objects").at(0).get<size_t>()), objectAt(json.at("objects").at(1).get<size_t>()),
-                point.m_userPersistentData)] = &json.at("points");
+} // namespace
+
+void SceneReader::restoreState(Simulation& simulation) const {
+  for (std::size_t i = 0; i < m_bodyStates.size(); ++i) {
+    const BodyState& state = m_bodyStates[i];
+    btRigidBody& engine = *simulation.m_bodies[i]->getNative()->body;
+    engine.setWorldTransform(state.engineTransform);
+    engine.setInterpolationWorldTransform(state.engineTransform);
+    engine.updateInertiaTensor();
+    engine.clearForces();
+    engine.applyCentralForce(state.force);
+    engine.applyTorque(state.torque);
+    if (simulation.getEnableSleeping() && state.hasActivation) {
+      engine.forceActivationState(state.activation);
+      engine.setDeactivationTime(state.restTime);
     }
   }
-  const auto fill = [](btPersistentManifold& manifold, const Json& points) {
-    const int count = std::min(static_cast<int>(points.size()), MANIFOLD_CACHE_SIZE);
-    manifold.setNumContacts(count);
-    for (int i = 0; i < count; ++i) {
-      manifold.getContactPoint(i) = toManifoldPoint(points[static_cast<size_t>(i)]);
+  for (std::size_t i = 0; i < m_constraintStates.size(); ++i) {
+    const ConstraintState& state = m_constraintStates[i];
+    vyr::ConstraintNative& native = *simulation.m_constraints[i]->getNative();
+    if (state.hasPosition) {
+      native.constraint->setTurns(state.position);
     }
-  };
-  std::vector<btPersistentManifold*> empty;
-  for (int m = 0; m < native.dispatcher.getNumManifolds(); ++m) {
-    btPersistentManifold& manifold = *native.dispatcher.getManifoldByIndexInternal(m);
-    const bool found = manifold.getNumContacts() > 0;
-    const Key key(manifold.getBody0(), manifold.getBody1(),
-                  found ? manifold.getContactPoint(0).m_userPersistentData : nullptr);
-    manifold.clearManifold();
-    const auto points = found ? saved.find(key) : saved.end();
-    if (points != saved.end()) {
-      fill(manifold, *points->second);
-      saved.erase(points);
-    } else {
-      empty.push_back(&manifold);
-    }
-  }
-  // Points that are about to open are kept for a step, though they would not be found anew.
-  for (const auto& rest : saved) {
-    const auto place = std::find_if(empty.begin(), empty.end(), [&rest](const btPersistentManifold* manifold) {
-      return manifold->getNumContacts() == 0 && manifold->getBody0() == std::get<0>(rest.first) &&
-             manifold->getBody1() == std::get<1>(rest.first);
-    });
-    if (place != empty.end()) {
-      fill(**place, *rest.second);
-    }
+    native.constraint->setSpringMemory(state.spring);
+    native.feedback.m_appliedForceBodyA = vyrPhysics::toBullet(state.force);
+    native.feedback.m_appliedTorqueBodyA = vyrPhysics::toBullet(state.torque);
   }
 }
 
 void SceneReader::commit(Simulation& simulation) {
+  removeSceneListeners(simulation);
   simulation.clearParts();
-  const Json& settings = m_json.at("simulation");
-  simulation.setTimeStep(settings.at("timeStep").get<double>());
-  simulation.setGravity(toVec3(settings.at("gravity")));
-  simulation.setSolver(settings.at("solver").get<std::string>() == "multi" ? Simulation::MULTI : Simulation::ITERATIVE);
-  simulation.setNumIterations(settings.at("iterations").get<int>());
-  simulation.setFrictionModel(static_cast<vyr::FrictionModel::SolveType>(settings.at("frictionModel").get<int>()));
-  simulation.setEnableSleeping(settings.at("sleeping").get<bool>());
-  simulation.m_clock.restore(settings.at("countStart").get<double>(), settings.at("countedSteps").get<uint64_t>(),
-                             settings.at("steps").get<uint64_t>());
+  applySettings(simulation);
   insertObjects(simulation);
   insertConstraints(simulation);
   restoreState(simulation);
   restoreContacts(simulation);
+  for (const auto& listener : m_listeners) {
+    simulation.add(listener.object.get());
+  }
 }
 
 } // namespace vyrSDK

@@ -1,4 +1,4 @@
-/// How numbers, vectors and matrices stand in a scene file.
+/// How numbers, vectors and matrices are written into a scene file.
 #pragma once
 
 #include <vyr/AffineMatrix4x4.h>
@@ -10,15 +10,13 @@
 #include <nlohmann/json.hpp>
 
 #include <limits>
-#include <stdexcept>
-#include <string>
 
 namespace vyrSDK {
 
 using Json = nlohmann::ordered_json;
 
-/// Version of the format that is written; files of this version are read.
-const int kSceneVersion = 1;
+/// Version of the format that is written; files of older ones are brought to it.
+const int kSceneVersion = 2;
 
 /// A number; the infinities, which JSON does not know, are the words "inf" and "-inf".
 inline Json toJson(double number) {
@@ -31,17 +29,6 @@ inline Json toJson(double number) {
   return number;
 }
 
-inline double toNumber(const Json& json) {
-  if (json.is_string()) {
-    const std::string word = json.get<std::string>();
-    if (word != "inf" && word != "-inf") {
-      throw std::runtime_error("'" + word + "' is no number");
-    }
-    return word == "inf" ? std::numeric_limits<double>::infinity() : -std::numeric_limits<double>::infinity();
-  }
-  return json.get<double>();
-}
-
 /// The elements of anything with `[]`, one after another.
 template <class Array>
 Json listOf(const Array& array, int count) {
@@ -50,15 +37,6 @@ Json listOf(const Array& array, int count) {
     list.push_back(toJson(static_cast<double>(array[i])));
   }
   return list;
-}
-
-inline void readList(const Json& json, double* out, size_t count) {
-  if (!json.is_array() || json.size() != count) {
-    throw std::runtime_error("a list of " + std::to_string(count) + " numbers is missing");
-  }
-  for (size_t i = 0; i < count; ++i) {
-    out[i] = toNumber(json[i]);
-  }
 }
 
 inline Json toJson(const vyr::Vec3& v) {
@@ -92,48 +70,6 @@ inline Json toJson(const btTransform& t) {
     list.push_back(t.getOrigin()[i]);
   }
   return list;
-}
-
-inline vyr::Vec3 toVec3(const Json& json) {
-  double v[3];
-  readList(json, v, 3);
-  return vyr::Vec3(v[0], v[1], v[2]);
-}
-
-inline vyr::Vec4 toVec4(const Json& json) {
-  double v[4];
-  readList(json, v, 4);
-  return vyr::Vec4(v[0], v[1], v[2], v[3]);
-}
-
-inline vyr::RangeReal toRange(const Json& json) {
-  double v[2];
-  readList(json, v, 2);
-  return vyr::RangeReal(v[0], v[1]);
-}
-
-inline vyr::AffineMatrix4x4 toMatrix(const Json& json) {
-  vyr::AffineMatrix4x4 m;
-  readList(json, m.ptr(), 16);
-  return m;
-}
-
-inline btVector3 toEngineVector(const Json& json) {
-  double v[3];
-  readList(json, v, 3);
-  return btVector3(v[0], v[1], v[2]);
-}
-
-inline btMatrix3x3 toEngineMatrix(const Json& json) {
-  double v[9];
-  readList(json, v, 9);
-  return btMatrix3x3(v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7], v[8]);
-}
-
-inline btTransform toEngineTransform(const Json& json) {
-  double v[12];
-  readList(json, v, 12);
-  return btTransform(btMatrix3x3(v[0], v[1], v[2], v[3], v[4], v[5], v[6], v[7], v[8]), btVector3(v[9], v[10], v[11]));
 }
 
 } // namespace vyrSDK

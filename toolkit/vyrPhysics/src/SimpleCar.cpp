@@ -23,6 +23,9 @@ SimpleCar::SimpleCar(const vyr::Vec3& size, double mass, double wheelRadius)
   }
 }
 
+SimpleCar::SimpleCar()
+    : Assembly("car") {}
+
 SimpleCar::SimpleCar(const vyr::Vec3& size, double mass)
     : SimpleCar(size, mass, std::max(size.y(), size.z()) / 3.0) {}
 

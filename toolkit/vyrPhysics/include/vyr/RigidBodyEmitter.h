@@ -2,6 +2,7 @@
 #pragma once
 
 #include <vyr/AffineMatrix4x4.h>
+#include <vyr/Material.h>
 #include <vyr/RigidBody.h>
 #include <vyr/Vec3.h>
 #include <vyr/VyrString.h>
@@ -17,6 +18,10 @@
 #include <functional>
 #include <random>
 #include <vector>
+
+namespace vyrSDK {
+class EmitterType;
+}
 
 namespace vyr {
 
@@ -36,7 +41,7 @@ public:
   void setShape(vyrCollide::Shape* shape, Material* material = nullptr);
 
   /// Makes each body from what the factory returns; a null or invalid geometry lets the place go empty.
-  void setGeometryFactory(const GeometryFactory& factory) { m_factory = factory; }
+  void setGeometryFactory(const GeometryFactory& factory);
 
   /// Bodies a second, at least 0. Default: 10.
   bool setRate(double rate);
@@ -85,12 +90,16 @@ protected:
   ~RigidBodyEmitter() override;
 
 private:
+  friend class vyrSDK::EmitterType;
+
   double random();
   void emitBody();
   void removeOldBodies();
 
   String m_name;
   GeometryFactory m_factory;
+  ref_ptr<vyrCollide::Shape> m_shape; ///< of all bodies. Nullable: a function makes them
+  ref_ptr<Material> m_material;
   double m_rate = 10.0;
   double m_life;
   double m_due = 0.0; ///< bodies that are due, fractions included

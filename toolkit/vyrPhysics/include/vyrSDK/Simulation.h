@@ -27,6 +27,7 @@
 namespace vyrSDK {
 
 class SceneReader;
+class SceneVisuals;
 struct SimulationNative;
 
 /// A world of bodies with a clock. Every step has the same length, and two simulations that were given the same things
@@ -134,18 +135,26 @@ public:
   /// Source: Fowler, Noll, Vo, The FNV Non-Cryptographic Hash Algorithm (FNV-1a, 64 bits).
   uint64_t stateHash() const;
 
-  /// Writes clock, settings and all parts, except listeners, as a scene file (docs/scene-format.md). The text is the
-  /// whole state: what reads it goes on as this simulation does, bit by bit with the ITERATIVE solver.
+  /// Writes clock, settings, all parts and their looks as a scene file (docs/scene-format.md says what it holds). What
+  /// reads it goes on as this simulation does, bit by bit with the ITERATIVE solver. Of the listeners, those are written
+  /// that a SceneType knows: wires, emitters of one shape, terrains, trees.
   /// False, with one error message that names the file, when it cannot be written.
   bool write(const vyr::String& fileName) const;
 
-  /// Replaces clock, settings and all parts by what a scene file holds; listeners stay. False, with one error message
-  /// that names the file, and without any change, when it cannot be read or is no scene.
-  bool read(const vyr::String& fileName);
+  /// Replaces clock, settings and all parts by what a scene file holds; other listeners stay. `visuals` learns the looks
+  /// of the parts (*borrows*). Nullable: no visuals. False, with one error message that names the file and the place in
+  /// it, and without any change, when it cannot be read or says something impossible. Members that are not known cost
+  /// one warning that names them; the rest is read.
+  bool read(const vyr::String& fileName, SceneVisuals* visuals = nullptr);
 
-  /// The same without a file. `source` names the text in the error message.
+  /// Gives the parts themselves the state in a scene file: clock, settings, motion, particles, constraints' controls.
+  /// The file must have the same parts by number, name and kind. False, with one error message and without any change,
+  /// when it has not or cannot be read.
+  bool restore(const vyr::String& fileName);
+
+  /// The same as write and read without a file. `source` names the text in the error message.
   std::string toText() const;
-  bool fromText(const std::string& text, const std::string& source = "text");
+  bool fromText(const std::string& text, const std::string& source = "text", SceneVisuals* visuals = nullptr);
 
   /// Pass an event of the user on to the listeners; true when one of them used it up.
   bool keyboard(int key, unsigned int modifiers, float x, float y, bool down);

@@ -12,6 +12,10 @@
 #include <array>
 #include <cstddef>
 
+namespace vyrSDK {
+class CarType;
+}
+
 namespace vyrUtil {
 
 /// A car that looks along x, with y to its left and z up. The rear wheels drive, the front wheels steer, all four
@@ -72,6 +76,10 @@ protected:
   ~SimpleCar() override;
 
 private:
+  friend class vyrSDK::CarType;
+
+  /// Without parts, for a scene file to give.
+  SimpleCar();
   void build(const vyr::Vec3& size, double mass);
   void applyControls();
 

@@ -11,6 +11,10 @@
 #include <cstddef>
 #include <vector>
 
+namespace vyrSDK {
+class WireType;
+}
+
 namespace vyrWire {
 
 /// A wire of constant length, cut into segments between mass points (nodes). It resists stretch, bending when it is
@@ -83,6 +87,8 @@ protected:
   ~Wire() override;
 
 private:
+  friend class vyrSDK::WireType;
+
   /// What an end hangs on. While a step is made, `inverseMass` above 0 marks an end on a body that forces move; the
   /// body then goes through the small steps as a copy.
   struct End {
