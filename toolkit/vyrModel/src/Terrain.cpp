@@ -80,7 +80,10 @@ void Terrain::simulationChanged(vyrSDK::Simulation* simulation) {
     return;
   }
   if (simulation != nullptr) {
-    simulation->add(m_geometry.get());
+    // What was read from a scene file has its geometry there already.
+    if (m_geometry->getSimulation() == nullptr) {
+      simulation->add(m_geometry.get());
+    }
   } else if (m_simulation) {
     m_simulation->remove(m_geometry.get());
   }

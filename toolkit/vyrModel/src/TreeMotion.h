@@ -28,6 +28,9 @@ protected:
   ~TreeMotion() override;
 
 private:
+  friend class Tree;
+  friend class TreeType;
+
   /// Area that a branch shows to the wind from its side, its drag coefficient included, in m^2.
   struct Sail {
     double wood = 0;

@@ -9,6 +9,8 @@
 
 namespace vyrModel {
 
+class TerrainType;
+
 /// One column of soil around each sample of a grid, on a hard floor. The sample at (column, row) has the index
 /// row * columns + column. A column's height is its mass over its density.
 ///
@@ -40,6 +42,8 @@ public:
   std::vector<std::size_t> takeChanged();
 
 private:
+  friend class TerrainType;
+
   void touch(std::size_t index);
   void give(std::size_t index, double mass, double density);
   std::size_t neighbours(std::size_t index, std::size_t (&outIndices)[4], double (&outDistances)[4]) const;

@@ -19,6 +19,8 @@
 
 namespace vyrModel {
 
+class TerrainType;
+
 /// A height field of soil on a hard floor. Adding the terrain to a simulation, as a step-event listener, adds its
 /// geometry too. After each step the contacts' normal forces press the soil under them.
 class VYRMODEL_EXPORT Terrain : public vyrSDK::StepEventListener {
@@ -66,6 +68,8 @@ protected:
   ~Terrain() override;
 
 private:
+  friend class TerrainType;
+
   bool isInside(std::size_t column, std::size_t row) const;
   void showPressures() const;
 

@@ -17,6 +17,7 @@
 namespace vyrModel {
 
 class TreeMotion;
+class TreeType;
 
 /// A branching structure of rigid bodies with capsules, held together by elastic locks whose stiffness follows from the
 /// wood: k = E I / L, I = pi r^4 / 4 (Source: Gere and Timoshenko, Mechanics of Materials, chapter 9, end rotation of
@@ -51,6 +52,9 @@ public:
 
   /// *returns inner*. Nullable: the simulation that the tree is in.
   vyrSDK::Simulation* getSimulation() const;
+
+  /// The tree that a listener moves in its simulation (*returns inner*). Nullable: it moves none.
+  static Tree* of(const vyrSDK::StepEventListener& listener);
 
   /// All pieces, parents before children; the first is the foot of the trunk.
   const std::vector<TreeBranch>& getBranches() const { return m_branches; }
@@ -107,6 +111,7 @@ protected:
 
 private:
   friend class TreeMotion;
+  friend class TreeType;
   void growLeafBodies();
   void tuneJoints(const vyr::Vec3& gravity);
   void shapeChanged();
