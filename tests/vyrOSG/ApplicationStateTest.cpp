@@ -88,7 +88,7 @@ TEST_F(ApplicationState, TheDumpWritesEveryStep) {
   EXPECT_TRUE(app->getEnableSimulationDump());
   run(0.05);
   std::ifstream third(folder / "dump.3.json");
-  EXPECT_EQ(3, nlohmann::json::parse(third).at("step").get<int>());
+  EXPECT_EQ(3, nlohmann::json::parse(third).at("simulation").at("steps").get<int>());
 }
 
 class JournalFormats : public ApplicationState, public ::testing::WithParamInterface<int> {};

@@ -1,6 +1,5 @@
 // The application's main loop: steps, frames, limits and the exit code.
 #include "ApplicationParts.h"
-#include "SimulationFile.h"
 
 #include <vyr/Notify.h>
 
@@ -147,8 +146,7 @@ void ExampleApplication::stepSimulation() {
   if (m_parts->stepsLeft > 0)
     --m_parts->stepsLeft;
   if (m_parts->dump)
-    SimulationFile::save(*m_simulation,
-                         m_saveSceneFilename + "." + std::to_string(m_simulation->getTimeStamp().steps()) + ".json");
+    m_simulation->write(m_saveSceneFilename + "." + std::to_string(m_simulation->getTimeStamp().steps()) + ".json");
   updateRemoteDebugger();
   std::string who;
   if (m_parts->autoPausing && m_parts->autoPause.check(*m_simulation, who)) {

@@ -1,6 +1,6 @@
 // What the application writes and reads: state files, settings, journal, remote debugger.
 #include "ApplicationParts.h"
-#include "SimulationFile.h"
+#include "SceneFile.h"
 
 #include <vyr/Notify.h>
 #include <vyrCFG/ConfigScript.h>
@@ -58,11 +58,13 @@ private:
 } // namespace
 
 bool ExampleApplication::restoreFromFile(const std::string& file) {
-  return SimulationFile::restore(*m_simulation, file, dynamic_cast<vyrOSG::Group*>(m_scene.get()));
+  if (!isEmpty(*m_simulation))
+    return m_simulation->restore(file);
+  return readScene(file, *m_simulation, dynamic_cast<vyrOSG::Group*>(m_scene.get()));
 }
 
 bool ExampleApplication::saveToFile(const std::string& file) const {
-  return SimulationFile::save(*m_simulation, file);
+  return m_simulation->write(file);
 }
 
 void ExampleApplication::setEnableSimulationDump(bool enable) {

@@ -1,6 +1,7 @@
 // Draws cars, and builds the one that scenes start with.
 #include <vyrOSG/utils.h>
 
+#include "CarVisual.h"
 #include "GeometryVisual.h"
 #include "ShapeMesh.h"
 #include "ShapeNode.h"
@@ -20,9 +21,11 @@ namespace {
 const osg::Vec4 kTyreColor(0.16f, 0.16f, 0.17f, 1);
 const osg::Vec4 kSpokeColor(0.78f, 0.79f, 0.81f, 1);
 
-/// A tyre with three bars across both of its sides, which show how it turns.
+} // namespace
+
 osg::ref_ptr<osg::Group> makeWheel(const vyrCollide::Cylinder& cylinder, float detailRatio) {
   osg::ref_ptr<osg::Group> wheel = new osg::Group;
+  wheel->setName(kWheelName);
   osg::ref_ptr<osg::Geode> tyre = makeShapeNode(&cylinder, detailRatio);
   surface::setDefaultMaterial(tyre, kTyreColor);
   wheel->addChild(tyre);
@@ -45,8 +48,6 @@ osg::ref_ptr<osg::Group> makeWheel(const vyrCollide::Cylinder& cylinder, float d
   wheel->addChild(spokes);
   return wheel;
 }
-
-} // namespace
 
 vyrOSG::Group* createVisual(vyrUtil::SimpleCar* car, vyrOSG::Group* group, float detailRatio) {
   if (!car || !group || !car->isValid())

@@ -1,6 +1,7 @@
 // Keeps a node at its geometry's place and takes it away with its geometry.
 #include <vyrOSG/GeometryNode.h>
 
+#include "GeometryNodes.h"
 #include "ShapeNode.h"
 
 #include <vyrOSG/Conversions.h>
@@ -59,10 +60,15 @@ GeometryNode::GeometryNode(vyrCollide::Geometry* geometry)
   setGeometry(geometry);
 }
 
-GeometryNode::~GeometryNode() = default;
+GeometryNode::~GeometryNode() {
+  GeometryNodes::remove(this);
+}
 
 void GeometryNode::setGeometry(vyrCollide::Geometry* geometry) {
+  GeometryNodes::remove(this);
   m_geometry = geometry;
+  if (geometry)
+    GeometryNodes::add(geometry, this);
   m_hadGeometry = geometry != nullptr;
   m_wasSimulated = false;
   m_hidden = false;

@@ -1,6 +1,7 @@
 /// Finds the plugin for a model, looks at the file first, and says why it could not be read.
 #include "ModelNode.h"
 
+#include "Look.h"
 #include "ModelCheck.h"
 #include "ReaderMessages.h"
 
@@ -36,6 +37,14 @@ std::string withoutChange(const std::string& fileName) {
   return open == std::string::npos ? osgDB::getNameLessExtension(name) : name.substr(0, open);
 }
 
+/// The endings that change a model: ".2.scale" of "car.obj.2.scale".
+std::string changesIn(const std::string& fileName) {
+  std::string inner = fileName;
+  while (inner != withoutChange(inner))
+    inner = withoutChange(inner);
+  return fileName.substr(inner.size());
+}
+
 } // namespace
 
 FileSearch findModel(const std::string& fileName, const osgDB::Options* options) {
@@ -55,8 +64,10 @@ osg::ref_ptr<osg::Node> readModelNode(const std::string& fileName, const osgDB::
   osgDB::Registry* registry = osgDB::Registry::instance();
   osgDB::ReaderWriter::ReadResult result = registry->readNode(fileName, options ? options : registry->getOptions());
   osg::ref_ptr<osg::Node> node = result.getNode();
-  if (node)
+  if (node) {
+    rememberFile(*node, search.getPath() + changesIn(fileName));
     return node;
+  }
   const std::string ending = osgDB::getLowerCaseFileExtension(fileName);
   outProblem = messages.takeReason();
   if (!registry->getReaderWriterForExtension(ending))

@@ -4,6 +4,8 @@
 #include "DataFile.h"
 #include "FileSearch.h"
 #include "ModelNode.h"
+#include "SceneFile.h"
+#include "SceneVisualReader.h"
 
 #include <vyrOSG/ExampleApplication.h>
 #include <vyrOSG/GeometryNode.h>
@@ -40,6 +42,7 @@ struct Parts {
   std::vector<vyr::ref_ptr<vyr::Constraint>> constraints;
   std::vector<vyr::ref_ptr<vyr::ParticleSystem>> particleSystems;
   std::vector<vyr::ref_ptr<vyrSDK::Assembly>> assemblies;
+  std::vector<vyr::ref_ptr<vyrSDK::StepEventListener>> listeners;
   /// The picture of a model file that brings its own look. Nullable: the body is drawn by its shape.
   osg::ref_ptr<osg::Node> look;
 };
@@ -51,7 +54,8 @@ void place(const Parts& parts, vyrSDK::Simulation& simulation, vyrSDK::Assembly*
   if (assembly && !assembly->getSimulation())
     simulation.add(assembly);
   for (const vyr::ref_ptr<vyrSDK::Assembly>& read : parts.assemblies)
-    add(read.get());
+    if (!read->getSimulation())
+      add(read.get());
   for (const vyr::ref_ptr<vyr::RigidBody>& body : parts.bodies)
     if (!body->getSimulation())
       add(body.get());
@@ -63,29 +67,46 @@ void place(const Parts& parts, vyrSDK::Simulation& simulation, vyrSDK::Assembly*
       add(constraint.get());
   // Assemblies have no particle systems.
   for (const vyr::ref_ptr<vyr::ParticleSystem>& particles : parts.particleSystems)
-    simulation.add(particles.get());
+    if (!particles->getSimulation())
+      simulation.add(particles.get());
+  for (const vyr::ref_ptr<vyrSDK::StepEventListener>& listener : parts.listeners)
+    simulation.add(listener.get());
+}
+
+void takeParts(const vyrSDK::Simulation& simulation, unsigned long mask, Parts& outParts) {
+  if ((mask & READ_BODIES) == 0)
+    return;
+  outParts.bodies = simulation.getRigidBodies();
+  outParts.geometries = simulation.getGeometries();
+  outParts.particleSystems = simulation.getParticleSystems();
+  outParts.assemblies = simulation.getAssemblies();
+  if ((mask & READ_CONSTRAINTS) != 0)
+    outParts.constraints = simulation.getConstraints();
 }
 
 /// Reads a scene file into a simulation of its own and takes the parts out of it, so that a mistake anywhere in the
-/// file leaves the simulation that they are for as it is.
-bool readScene(const std::string& path, vyrSDK::Simulation& simulation, unsigned long mask, Parts& outParts) {
+/// file leaves the simulation that they are for as it is. `whole`: the simulation is empty, and the file may go into it
+/// with all that it remembers.
+bool readParts(const std::string& path, vyrSDK::Simulation& simulation, unsigned long mask, bool whole,
+               SceneVisualReader& visuals, Parts& outParts) {
+  constexpr unsigned long kWhole = READ_BODIES | READ_CONSTRAINTS | READ_SETTINGS;
+  if (whole && (mask & kWhole) == kWhole) {
+    if (!simulation.read(path, &visuals))
+      return false;
+    takeParts(simulation, mask, outParts);
+    return true;
+  }
   vyr::ref_ptr<vyrSDK::Simulation> staging = new vyrSDK::Simulation;
   staging->setGravity(simulation.getGravity());
   staging->setTimeStep(simulation.getTimeStep());
-  if (!staging->read(path))
+  if (!staging->read(path, &visuals))
     return false;
   if ((mask & READ_SETTINGS) != 0) {
     simulation.setGravity(staging->getGravity());
     simulation.setTimeStep(staging->getTimeStep());
   }
-  if ((mask & READ_BODIES) != 0) {
-    outParts.bodies = staging->getRigidBodies();
-    outParts.geometries = staging->getGeometries();
-    outParts.particleSystems = staging->getParticleSystems();
-    outParts.assemblies = staging->getAssemblies();
-    if ((mask & READ_CONSTRAINTS) != 0)
-      outParts.constraints = staging->getConstraints();
-  }
+  takeParts(*staging, mask, outParts);
+  outParts.listeners = staging->getStepEventListeners();
   staging->clear();
   return true;
 }
@@ -117,10 +138,11 @@ void grow(osg::BoundingSphere& bound, const vyrCollide::Geometry& geometry, osg:
   bound.expandBy(node->getBound());
 }
 
-osg::BoundingSphere draw(const Parts& parts, vyrOSG::Group* root, float detailRatio, bool axes) {
+osg::BoundingSphere draw(const Parts& parts, SceneVisualReader& visuals, vyrOSG::Group* root, float detailRatio,
+                         bool axes) {
   osg::BoundingSphere bound;
   for (const vyr::ref_ptr<vyr::RigidBody>& body : parts.bodies) {
-    vyrOSG::Group* visual = createVisual(body.get(), root, detailRatio, axes);
+    vyrOSG::Group* visual = visuals.draw(*body, *root, detailRatio, axes);
     for (const vyr::ref_ptr<vyrCollide::Geometry>& geometry : body->getGeometries()) {
       GeometryNode* node = findGeometryNode(geometry.get(), visual);
       if (node && parts.look)
@@ -129,11 +151,11 @@ osg::BoundingSphere draw(const Parts& parts, vyrOSG::Group* root, float detailRa
     }
   }
   for (const vyr::ref_ptr<vyrCollide::Geometry>& geometry : parts.geometries) {
-    createVisual(geometry.get(), root, detailRatio, axes);
+    visuals.draw(*geometry, *root, detailRatio, axes);
     grow(bound, *geometry, root);
   }
   for (const vyr::ref_ptr<vyr::ParticleSystem>& particles : parts.particleSystems)
-    createVisual(particles.get(), root);
+    visuals.draw(*particles, *root);
   // A model that was asked for without its body.
   if (parts.bodies.empty() && parts.look) {
     root->addChild(parts.look);
@@ -199,7 +221,10 @@ bool readFile(const std::string& fileName, vyrSDK::Simulation* simulation, vyrOS
 
   Parts parts;
   const bool isScene = osgDB::getLowerCaseFileExtension(search.getPath()) == "json";
-  if (isScene ? !readScene(search.getPath(), *simulation, mask, parts) : !readModelBody(search.getPath(), mask, parts))
+  const bool whole = isScene && !assembly && isEmpty(*simulation);
+  SceneVisualReader visuals(search.getPath());
+  if (isScene ? !readParts(search.getPath(), *simulation, mask, whole, visuals, parts)
+              : !readModelBody(search.getPath(), mask, parts))
     return false;
 
   if (motionControl != -1)
@@ -209,7 +234,8 @@ bool readFile(const std::string& fileName, vyrSDK::Simulation* simulation, vyrOS
 
   if (!root || (mask & CREATE_VISUALS) == 0)
     return true;
-  const osg::BoundingSphere bound = draw(parts, root, static_cast<float>(detailRatio), createAxes);
+  visuals.drawListeners(*simulation, *root);
+  const osg::BoundingSphere bound = draw(parts, visuals, root, static_cast<float>(detailRatio), createAxes);
   if (application)
     showFrom(*application, bound);
   return true;

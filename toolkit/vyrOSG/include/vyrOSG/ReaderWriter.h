@@ -39,13 +39,14 @@ VYROSG_EXPORT osg::Node* readNodeFile(const std::string& fileName, bool useCache
 VYROSG_EXPORT osg::Node* readNodeFile(const std::string& fileName, const osgDB::Options* options, bool useCache = true);
 
 /// Reads a file into a simulation. A scene file (extension "json", as `vyrSDK::Simulation` writes it) adds its bodies
-/// and constraints; any model file becomes one static body with a triangle mesh, named after the file. `root`: visuals
-/// are added below it. Nullable: none are made. `assembly`: gets everything that was read. Nullable: everything goes
-/// into the simulation itself. `application`: its camera's home is moved so that what was read is in view. Nullable: no
-/// camera is moved. `detailRatio`: fineness of round visuals, 0..1. `createAxes`: draws each body's frame.
-/// `motionControl`: a `vyr::RigidBody::MotionControl` forced on every body read, -1 for each body's own.
-/// `mask`: a sum of `ReadMask` values.
-/// Failure (no simulation, no such file, nothing in it that can be read): false, one error line, simulation unchanged.
+/// and constraints, with the looks in the file; into an empty simulation, with READ_SETTINGS and without assembly, it
+/// brings clock and contacts too, so that the simulation goes on as the written one. Any model file becomes one static
+/// body with a triangle mesh, named after the file. `root`: visuals are added below it. Nullable: none are made.
+/// `assembly`: gets everything that was read. Nullable: everything goes into the simulation itself. `application`: its
+/// camera's home is moved so that what was read is in view. Nullable: no camera is moved. `detailRatio`: fineness of
+/// round visuals, 0..1. `createAxes`: draws each body's frame. `motionControl`: a `vyr::RigidBody::MotionControl`
+/// forced on every body read, -1 for each body's own. `mask`: a sum of `ReadMask` values. Failure (no simulation, no
+/// such file, nothing in it that can be read): false, one error line, simulation unchanged.
 VYROSG_EXPORT bool readFile(const std::string& fileName, vyrSDK::Simulation* simulation, vyrOSG::Group* root,
                             vyrSDK::Assembly* assembly = nullptr, vyrOSG::ExampleApplication* application = nullptr,
                             double detailRatio = 0.35, bool createAxes = false, int motionControl = -1,

@@ -34,6 +34,9 @@ public:
   /// The node that draws the terrain (*returns inner*). Nullable: an invalid terrain has none.
   vyrOSG::GeometryNode* getTerrainNode() { return m_node.get(); }
 
+  /// The terrain that is drawn (*returns inner*). Nullable.
+  vyrModel::Terrain* getTerrain() const { return m_terrain.get(); }
+
   const vyr::Range<double>& getRange() const { return m_range; }
 
 protected:

@@ -33,6 +33,9 @@ public:
   /// Draws the tree as it stands now.
   void update();
 
+  /// The tree that is drawn (*returns inner*). Nullable.
+  vyrModel::Tree* getTree() const { return m_tree.get(); }
+
   /// What is drawn (*returns inner*). Never null.
   osg::Group* getNode() { return m_node.get(); }
 
