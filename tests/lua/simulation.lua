@@ -49,6 +49,26 @@ function testTheClockCountsSteps()
   check.near(sim:getTimeStamp():seconds(), 0.1, 1e-15)
 end
 
+function testScenesGoThroughFiles()
+  local sim, file = vyrSDK.Simulation(), os.tmpname()
+  sim:add(ground())
+  sim:add(ball(3))
+  for _ = 1, 30 do sim:step() end
+  check.isTrue(sim:write(file))
+  local copy = vyrSDK.Simulation()
+  check.isTrue(copy:read(file))
+  check.equal(copy:stateHash(), sim:stateHash())
+  for _ = 1, 50 do sim:step() copy:step() end
+  check.equal(copy:stateHash(), sim:stateHash())
+  local kept = sim:findRigidBody("ball")
+  check.isTrue(sim:restore(file))
+  check.near(sim:getTime(), 0.5, 1e-12)
+  check.isTrue(sim:findRigidBody("ball") == kept)
+  os.remove(file)
+  check.isFalse(sim:read(file))
+  check.isFalse(sim:restore(file))
+end
+
 -- Semi-implicit Euler: after n steps of dt the fall is g dt^2 n (n + 1) / 2.
 function testFreeFall()
   local sim = vyrSDK.Simulation()
