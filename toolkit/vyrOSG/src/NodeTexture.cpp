@@ -92,7 +92,9 @@ bool putTexture(osg::Node* node, osg::Texture2D* texture, bool repeat, TextureMo
 
   // What nodes below carry on this unit gives way, as it does for colours.
   surface::visitStateSets(node, [&](osg::StateSet& stateSet) {
-    if (stateSet.getTextureMode(mode, GL_TEXTURE_2D) != osg::StateAttribute::OFF) {
+    // Lines and axes have images switched off for good.
+    constexpr unsigned int kOpen = osg::StateAttribute::ON | osg::StateAttribute::INHERIT;
+    if ((stateSet.getTextureMode(mode, GL_TEXTURE_2D) & kOpen) != 0) {
       stateSet.removeTextureAttribute(mode, osg::StateAttribute::TEXTURE);
       stateSet.removeTextureAttribute(mode, osg::StateAttribute::TEXMAT);
       stateSet.removeTextureMode(mode, GL_TEXTURE_2D);
