@@ -1,5 +1,6 @@
 // Draws in a window of a virtual display server, and compares with what is drawn without one.
 #include "ApplicationFixture.h"
+#include "CapturedMessages.h"
 
 #include <osgDB/ReadFile>
 #include <osgViewer/GraphicsWindow>
@@ -142,6 +143,39 @@ TEST_F(ApplicationWindow, KeepsPaceWithTheClock) {
   const osg::Timer clock;
   EXPECT_EQ(0, run(0.5, "still"));
   EXPECT_GT(clock.time_s(), 0.45);
+}
+
+TEST_F(ApplicationWindow, ARunEndsWhenItsWindowIsClosed) {
+  LaunchOptions::process().backend = LaunchOptions::WINDOW;
+  loader->scenes["closed"] = [this](vyrSDK::Simulation& simulation, ExampleApplication&, vyrOSG::Group& root) {
+    makeFall(simulation, root);
+    osgViewer::ViewerBase::Windows windows;
+    app->getViewer()->getWindows(windows);
+    windows.at(0)->getEventQueue()->closeWindow();
+  };
+  ASSERT_TRUE(init());
+  EXPECT_EQ(0, run(60, "closed"));
+  EXPECT_LT(app->getTimeStamp(), 30);
+  EXPECT_TRUE(app->done());
+  // What needs the window says that it is gone, and does not fail otherwise.
+  CapturedMessages messages;
+  app->takeScreenShot(vyr::String(folder / "late.png"));
+  EXPECT_EQ(1u, messages.take().size());
+  EXPECT_EQ(0u, app->getHWND());
+}
+
+TEST_F(ApplicationWindow, AWindowOfNoSizeChangesNothing) {
+  LaunchOptions::process().backend = LaunchOptions::WINDOW;
+  ASSERT_TRUE(init());
+  EXPECT_EQ(0, run(0.1, "still"));
+  app->getViewer()->getEventQueue()->windowResize(0, 0, 0, 0);
+  for (int i = 0; i < 3; ++i)
+    app->getViewer()->frame();
+  app->takeScreenShot(vyr::String(folder / "shot.png"));
+  const osg::ref_ptr<osg::Image> read = osgDB::readRefImageFile(folder / "shot.png");
+  ASSERT_TRUE(read.valid());
+  EXPECT_EQ(160, read->s());
+  EXPECT_EQ(120, read->t());
 }
 
 } // namespace
