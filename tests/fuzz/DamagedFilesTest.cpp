@@ -17,6 +17,7 @@
 #include <vyrOSG/utils.h>
 #include <vyrSDK/Simulation.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -31,7 +32,7 @@ namespace {
 /// Damaged variants of each file; VYR_DAMAGED_FILES sets another number for long runs.
 int variants() {
   const char* text = std::getenv("VYR_DAMAGED_FILES");
-  return text != nullptr ? std::atoi(text) : 150;
+  return text != nullptr ? std::atoi(text) : 250;
 }
 
 std::string contents(const std::string& file) {
@@ -198,6 +199,19 @@ TEST_F(DamagedFiles, Meshes) {
   }
 }
 
+TEST_F(DamagedFiles, AMeshWithAnOddVertexIsRefused) {
+  for (const std::string odd : {"v --0.25 1 0", "v 0 1 0.258.2 0.25", "v 0 1 0 1 0 0"}) {
+    SCOPED_TRACE(odd);
+    const std::string file = folder / "mesh.obj";
+    std::ofstream(file) << "v 0 0 0\nv 1 0 0\n" + odd + "\nv 0 0 1\nf 1 2 3\nf 4 2 1\n";
+    osg::ref_ptr<vyrOSG::Group> group = new vyrOSG::Group;
+    vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
+    vyrOSG::SimulationObject::createTrimesh("mesh", vyr::AffineMatrix4x4(), file, group.get(), simulation.get());
+    EXPECT_THAT(messages.takeOne(), testing::HasSubstr("line 3"));
+    EXPECT_EQ(group->getNumChildren(), 0u);
+  }
+}
+
 TEST_F(DamagedFiles, HeightFields) {
   const std::pair<std::string, std::string> grounds[] = {
       {contents(VYR_SOURCE_DIR "/examples/data/tiles.png"), "heights.png"},
@@ -242,6 +256,38 @@ TEST_F(DamagedFiles, Journals) {
     for (int step = 0; step < 12; ++step)
       player->step();
   });
+}
+
+TEST_F(DamagedFiles, SavedStates) {
+  vyrOSG::LaunchOptions::process().backend = vyrOSG::LaunchOptions::NONE;
+  const std::string original = folder / "original.json";
+  {
+    vyr::ref_ptr<vyrOSG::ExampleApplication> saver = new vyrOSG::ExampleApplication(makeScene().get());
+    ASSERT_TRUE(saver->saveToFile(original));
+  }
+  // Into the scene that was saved, and into an empty simulation, which gets the bodies themselves.
+  vyr::ref_ptr<vyrOSG::ExampleApplication> same = new vyrOSG::ExampleApplication(makeScene().get());
+  tryAll(contents(original), "state.json", [&](const std::string& file) {
+    same->restoreFromFile(file);
+    same->getSimulation()->step();
+    vyr::ref_ptr<vyrSDK::Simulation> none = new vyrSDK::Simulation;
+    vyr::ref_ptr<vyrOSG::ExampleApplication> empty = new vyrOSG::ExampleApplication(none.get());
+    empty->restoreFromFile(file);
+    none->step();
+  });
+}
+
+TEST_F(DamagedFiles, ConfigurationScripts) {
+  const std::string original =
+      R"({"a": 1, "b": [1, 2.5, "c", true, null, {"d": []}], "e": {"f": {"g": "\u00e4", "h": -1e-3}}})";
+  int read = 0;
+  tryAll(original, "settings.cfg", [&](const std::string& file) {
+    vyr::ref_ptr<vyrCFG::ConfigScript> script = new vyrCFG::ConfigScript;
+    const bool ok = script->load(file);
+    EXPECT_NE(ok, messages.take().size() > 0) << "a message and a result exclude each other";
+    read += ok ? 1 : 0;
+  });
+  EXPECT_GT(read, 0) << "some damage is none";
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -53,8 +54,40 @@ bool readLine(std::istream& file, std::string& outLine, int& number) {
   return true;
 }
 
+/// The numbers behind a line's first word, at most 7.
+int countNumbers(const std::string& line) {
+  std::array<float, 7> n = {};
+  return std::max(
+      0, std::sscanf(line.c_str(), "%*s %f %f %f %f %f %f %f", &n[0], &n[1], &n[2], &n[3], &n[4], &n[5], &n[6]));
+}
+
+/// Counts vertices ("v"; 3 or 4 numbers, or 6 or 7 with a colour), texture coordinates ("vt") and normals ("vn").
+class Counter {
+public:
+  /// False where a line's numbers are too few or others than before: the library leaves such a line out, and all later
+  /// indices would miss, or has fewer colours than vertices.
+  bool add(const std::string& word, const std::string& line) {
+    const int numbers = word == "v" || word == "vt" || word == "vn" ? countNumbers(line) : 0;
+    if (word == "v") {
+      const bool hasColor = numbers > 5;
+      const bool isFirst = m_counts[0]++ == 0;
+      m_hasColors = isFirst ? hasColor : m_hasColors;
+      return numbers >= 3 && numbers != 5 && hasColor == m_hasColors;
+    }
+    m_counts[1] += word == "vt" ? 1 : 0;
+    m_counts[2] += word == "vn" ? 1 : 0;
+    return (word != "vt" || numbers >= 1) && (word != "vn" || numbers >= 3);
+  }
+
+  const Counts& get() const { return m_counts; }
+
+private:
+  Counts m_counts = {0, 0, 0};
+  bool m_hasColors = false;
+};
+
 bool isSoundObj(std::istream& file, std::string& outProblem) {
-  Counts counts = {0, 0, 0};
+  Counter counter;
   std::vector<Use> uses;
   std::string line;
   int number = 0;
@@ -62,18 +95,16 @@ bool isSoundObj(std::istream& file, std::string& outProblem) {
     std::istringstream words(line);
     std::string word;
     words >> word;
-    if (word == "v")
-      ++counts[0];
-    else if (word == "vt")
-      ++counts[1];
-    else if (word == "vn")
-      ++counts[2];
-    else if (word == "f" || word == "l" || word == "p")
+    if (!counter.add(word, line)) {
+      outProblem = "line " + std::to_string(number) + " has other numbers behind '" + word + "' than it should";
+      return false;
+    }
+    if (word == "f" || word == "l" || word == "p")
       while (words >> word)
-        uses.push_back({number, word, counts});
+        uses.push_back({number, word, counter.get()});
   }
   for (const Use& use : uses) {
-    if (!isSound(use, counts)) {
+    if (!isSound(use, counter.get())) {
       outProblem = "line " + std::to_string(use.line) + " names '" + use.corner + "', which the file does not have";
       return false;
     }
