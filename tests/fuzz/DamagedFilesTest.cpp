@@ -212,6 +212,16 @@ TEST_F(DamagedFiles, AMeshWithAnOddVertexIsRefused) {
   }
 }
 
+TEST_F(DamagedFiles, AFacetWhoseNormalIsNoNumberIsRefused) {
+  const std::string file = folder / "mesh.stl";
+  std::ofstream(file) << "solid a\nfacet normal 0 0+1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\n"
+                         "endfacet\nendsolid a\n";
+  osg::ref_ptr<vyrOSG::Group> group = new vyrOSG::Group;
+  vyr::ref_ptr<vyrSDK::Simulation> simulation = new vyrSDK::Simulation;
+  vyrOSG::SimulationObject::createTrimesh("mesh", vyr::AffineMatrix4x4(), file, group.get(), simulation.get());
+  EXPECT_THAT(messages.takeOne(), testing::HasSubstr("line 2"));
+}
+
 TEST_F(DamagedFiles, HeightFields) {
   const std::pair<std::string, std::string> grounds[] = {
       {contents(VYR_SOURCE_DIR "/examples/data/tiles.png"), "heights.png"},

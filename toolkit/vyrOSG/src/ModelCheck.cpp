@@ -115,6 +115,18 @@ bool isSoundObj(std::istream& file, std::string& outProblem) {
 /// The beginnings of the lines in their order; a facet has three vertices and may be followed by another one.
 const char* const kFacet[] = {"facet normal ", "outer loop", "vertex ", "vertex ", "vertex ", "endloop", "endfacet"};
 
+/// Whether a text begins with three words that are numbers as a whole.
+bool hasThreeNumbers(const std::string& text) {
+  std::istringstream words(text);
+  std::string word;
+  for (int i = 0; i < 3; ++i) {
+    char* end = nullptr;
+    if (!(words >> word) || (std::strtod(word.c_str(), &end), *end != '\0'))
+      return false;
+  }
+  return true;
+}
+
 bool isSoundStl(std::istream& file, std::string& outProblem) {
   constexpr std::size_t kLast = std::size(kFacet) - 1;
   std::string line;
@@ -128,12 +140,9 @@ bool isSoundStl(std::istream& file, std::string& outProblem) {
     // Longer ones are cut into several by the library.
     if (line.size() < 200 && expected == 0 && (line.rfind("endsolid", 0) == 0 || line.rfind("solid", 0) == 0))
       continue;
-    std::istringstream numbers(line.substr(std::min(line.size(), std::string(kFacet[expected]).size())));
-    double x = 0;
-    double y = 0;
-    double z = 0;
+    const std::string rest = line.substr(std::min(line.size(), std::string(kFacet[expected]).size()));
     const bool hasNumbers = expected == 0 || (expected >= 2 && expected <= 4);
-    if (line.size() >= 200 || line.rfind(kFacet[expected], 0) != 0 || (hasNumbers && !(numbers >> x >> y >> z))) {
+    if (line.size() >= 200 || line.rfind(kFacet[expected], 0) != 0 || (hasNumbers && !hasThreeNumbers(rest))) {
       outProblem = "line " + std::to_string(number) + " is no '" + kFacet[expected] + "'";
       return false;
     }
