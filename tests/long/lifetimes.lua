@@ -28,10 +28,13 @@ local failures, total, complete = 0, 0, 0
 
 for _, name in ipairs(names) do
   local create, made, samples = make[name], 0, {}
+  for index = 1, math.min(options.count / 10, 2000) do
+    create()
+    if index % 200 == 0 then collectgarbage() end
+  end
+  collectgarbage()
+  collectgarbage()
   local started = os.clock()
-  for _ = 1, math.min(options.count / 10, 2000) do create() end
-  collectgarbage()
-  collectgarbage()
   for point = 1, kPoints do
     local target = options.count * point / kPoints
     while made < target and os.clock() - started < options.seconds * point / kPoints do
