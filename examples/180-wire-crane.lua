@@ -53,11 +53,13 @@ function buildScene(sim, app, root)
   lineRenderer:setColor(vyr.Vec4(0.20, 0.35, 0.65, 1))
   sim:add(lineRenderer)
 
-  -- The middle of the jib goes round the mast; its own turning follows.
-  local omega = -0.22
+  -- The middle of the jib goes round the mast; its own turning follows. It brakes for a second: a jib that stopped at
+  -- once would jerk the load that leans on the wire.
+  local omega, brake = -0.22, 4.5
   sim:add(vyrSDK.StepEventListener { pre = function(time)
-    local angle = omega * math.min(time, 5)
-    local turning = time < 5 and omega or 0
+    local braked = math.max(0, math.min(time - brake, 1))
+    local angle = omega * (math.min(time, brake) + braked - braked ^ 2 / 2)
+    local turning = omega * (1 - braked)
     jib:setVelocity(vyr.Vec3(-3 * math.sin(angle), 3 * math.cos(angle), 0) * turning)
     jib:setAngularVelocity(vyr.Vec3(0, 0, turning))
     app:getSceneDecorator():setText(0, string.format("wire: %.1f kN", hoist:getBeginTension() / 1000))

@@ -1,6 +1,8 @@
 /// Wires and ropes: chains of mass points that hang, swing and pull on bodies.
 #include <vyrWire/Wire.h>
 
+#include "WireChain.h"
+
 #include <vyr/Notify.h>
 
 #include <algorithm>
@@ -13,36 +15,29 @@ namespace {
 const std::size_t kMaxSegments = 16384;
 const int kMaxSubSteps = 200;
 
-/// Newton steps of a projection: the error falls with the square, three leave nothing that matters.
-const int kProjections = 3;
-
-/// The most further rounds, and the share of the wire's length that a segment's error may be: finer ones drown in the
-/// rounding of long chains.
+/// The most rounds that bring jumped segments back to their lengths, and the share of the wire's length
+/// that a segment's error may be: finer ones drown in the rounding of long chains.
 const int kRescues = 20;
 const double kTolerance = 1e-7;
 
-/// The smallest cosine of a segment's turn within a small step for which its old direction still serves.
+/// The share of the wire's length to which a small step finds its nodes: what is left is noise of the tension.
+const double kPrecision = 1e-9;
+
+/// The smallest cosine of a segment's turn between two small steps; what turned further was moved, and its older
+/// direction says nothing.
 const double kGentleTurn = 0.9;
 
-/// The share of a taut wire's surplus length that a step leaves.
-const double kKeptStretch = 0.8;
+/// The share of the wire's length by which a segment may be too long at the start of a step without having jumped.
+const double kSmallError = 0.002;
+
+/// The share of such an error that a step takes back. It is motion, so that quick steps of it would pull on the load.
+const double kTakenBack = 0.05;
 
 /// Pivots smaller than this share of the undisturbed one mean that nothing is left to move.
 const double kSingular = 1e-6;
 
 bool isPositive(double value) {
   return std::isfinite(value) && value > 0;
-}
-
-/// The inverse of a positive definite matrix, by cofactors.
-vyr::SPDMatrix3x3 inverse(const vyr::SPDMatrix3x3& m) {
-  const double xx = m(1, 1) * m(2, 2) - m(1, 2) * m(1, 2);
-  const double xy = m(0, 2) * m(1, 2) - m(0, 1) * m(2, 2);
-  const double xz = m(0, 1) * m(1, 2) - m(0, 2) * m(1, 1);
-  const double yy = m(0, 0) * m(2, 2) - m(0, 2) * m(0, 2);
-  const double yz = m(0, 1) * m(0, 2) - m(0, 0) * m(1, 2);
-  const double zz = m(0, 0) * m(1, 1) - m(0, 1) * m(0, 1);
-  return vyr::SPDMatrix3x3(xx, xy, xz, yy, yz, zz) * (1 / (m(0, 0) * xx + m(0, 1) * xy + m(0, 2) * xz));
 }
 
 /// Takes over a parameter that must be a number of at least 0.
@@ -60,7 +55,8 @@ bool assignIfValid(double& target, double value, const char* what) {
 Wire::Wire(double length, std::size_t segments, double massPerLength, double radius)
     : m_length(length)
     , m_radius(radius)
-    , m_massPerLength(massPerLength) {
+    , m_massPerLength(massPerLength)
+    , m_chain(std::make_unique<WireChain>()) {
   m_valid = isPositive(length) && isPositive(massPerLength) && isPositive(radius) && segments >= 1 &&
             segments <= kMaxSegments;
   if (!m_valid) {
@@ -77,6 +73,11 @@ Wire::Wire(double length, std::size_t segments, double massPerLength, double rad
   }
   m_velocities.resize(segments + 1);
   m_lambdas.resize(segments);
+  m_before.resize(segments);
+  m_startLengths.assign(segments, m_segmentLength);
+  m_pulls.resize(segments);
+  m_chain->nodes.resize(segments + 1);
+  m_chain->segments.resize(segments);
 }
 
 Wire::~Wire() = default;
@@ -129,6 +130,8 @@ void Wire::layOut() {
     layOutBetween(placeOf(m_begin), placeOf(m_end));
   }
   std::fill(m_velocities.begin(), m_velocities.end(), vyr::Vec3());
+  directions(m_places, m_before);
+  std::fill(m_pulls.begin(), m_pulls.end(), 0);
 }
 
 void Wire::layOutBetween(const vyr::Vec3& from, const vyr::Vec3& to) {
@@ -152,14 +155,17 @@ void Wire::layOutBetween(const vyr::Vec3& from, const vyr::Vec3& to) {
     (lengthFor(middle) < m_length ? low : high) = middle;
   }
   // Nodes at equal distances along it.
-  const double total = lengthFor(low);
+  const double share = lengthFor(low) / static_cast<double>(last);
   double walked = 0;
   std::size_t node = 0;
   for (int i = 0; i < parts && node < last; ++i) {
-    while (node < last && walked >= total * static_cast<double>(node) / static_cast<double>(last)) {
-      m_places[node++] = parabola(low, static_cast<double>(i) / parts);
+    const vyr::Vec3 here = parabola(low, static_cast<double>(i) / parts);
+    const vyr::Vec3 way = parabola(low, (i + 1.0) / parts) - here;
+    const double length = way.length();
+    for (; node < last && share * static_cast<double>(node) <= walked + length; ++node) {
+      m_places[node] = here + way * (length > 0 ? (share * static_cast<double>(node) - walked) / length : 0);
     }
-    walked += (parabola(low, (i + 1.0) / parts) - parabola(low, static_cast<double>(i) / parts)).length();
+    walked += length;
   }
   m_places[last] = to;
 }
@@ -217,64 +223,6 @@ void Wire::simulationChanged(vyrSDK::Simulation* simulation) {
   m_simulation = simulation;
 }
 
-vyr::Vec3 Wire::End::answer(const vyr::Vec3& direction) const {
-  // 1/m d + (I^-1 (r x d)) x r with the lever r: what a force does at the point where it acts.
-  const vyr::Vec3 lever = rotation * arm;
-  const vyr::Vec3 turn = rotation * (inverseInertia * (rotation.conj() * (lever ^ direction)));
-  return direction * inverseMass + (turn ^ lever);
-}
-
-void Wire::End::advance(double h) {
-  const vyr::Vec3 force = impulse / h;
-  const vyr::Vec3 torque = (rotation * arm) ^ force;
-  linear += force;
-  angular += torque;
-  velocity += force * inverseMass;
-  angularVelocity += rotation * (inverseInertia * (rotation.conj() * torque));
-  place += velocity * h;
-  rotation = rotation * vyr::Quat(angularVelocity.length() * h, angularVelocity);
-  rotation.normalize();
-  impulse = vyr::Vec3();
-}
-
-void Wire::beginStep(End& end, std::size_t node) {
-  if (end.onBody && !end.body) {
-    end = End();
-  }
-  end.inverseMass = 0;
-  end.linear = end.angular = end.impulse = vyr::Vec3();
-  m_inverseMasses[node] = end.fastened ? 0 : 2 / (m_massPerLength * m_segmentLength);
-  if (!end.fastened) {
-    return;
-  }
-  m_places[node] = placeOf(end);
-  m_velocities[node] = end.onBody ? end.body->getVelocityAtPoint(m_places[node]) : vyr::Vec3();
-  if (!end.onBody || end.body->getMotionControl() != vyr::RigidBody::DYNAMICS) {
-    return;
-  }
-  const vyr::RigidBody& body = *end.body;
-  end.inverseMass = 1 / body.getMass();
-  end.inverseInertia = inverse(body.getInertia());
-  end.gravity = body.getEnableGravity() ? m_simulation->getGravity() : vyr::Vec3();
-  end.place = body.getCenterOfMass();
-  end.rotation = body.getRotation();
-  end.arm = end.rotation.conj() * (m_places[node] - end.place);
-  end.velocity = body.getVelocity();
-  end.angularVelocity = body.getAngularVelocity();
-}
-
-void Wire::endStep(End& end, const End& before, double dt) {
-  if (end.inverseMass == 0) {
-    return;
-  }
-  end.body->addForce(end.linear / dt);
-  end.body->addTorque(end.angular / dt);
-  // The body's own step goes all its way with the new velocity, the copy went through the step little by little.
-  end.missedWay = end.place - (before.place + end.velocity * dt);
-  const vyr::Quat turned = before.rotation * vyr::Quat(end.angularVelocity.length() * dt, end.angularVelocity);
-  end.missedTurn = turned.inverse() * end.rotation;
-}
-
 void Wire::pre(const vyr::TimeStamp&) {
   if (!m_valid || !m_simulation) {
     return;
@@ -282,56 +230,63 @@ void Wire::pre(const vyr::TimeStamp&) {
   beginStep(m_begin, 0);
   beginStep(m_end, m_places.size() - 1);
   absorbJumps();
-  const End begin = m_begin;
-  const End end = m_end;
   std::fill(m_lambdas.begin(), m_lambdas.end(), 0);
   const double dt = m_simulation->getTimeStep();
   for (int i = 0; i < m_subSteps; ++i) {
+    const double takenBack = kTakenBack * (i + 1) / m_subSteps;
+    for (std::size_t k = 0; k < m_lambdas.size(); ++k) {
+      m_chain->segments[k].length = m_startLengths[k] + (m_segmentLength - m_startLengths[k]) * takenBack;
+    }
     subStep(dt / m_subSteps);
   }
-  endStep(m_begin, begin, dt);
-  endStep(m_end, end, dt);
+  endStep(m_begin, dt);
+  endStep(m_end, dt);
 }
 
 void Wire::post(const vyr::TimeStamp&) {
   for (End* end : {&m_begin, &m_end}) {
     if (end->inverseMass > 0 && end->body) {
-      const vyr::Quat rotation = end->body->getRotation() * end->missedTurn;
-      // The frame's origin is where it must be for the centre of mass to be at its place.
-      const vyr::Vec3 place = end->body->getCenterOfMass() + end->missedWay;
-      const vyr::Vec3 inner =
-          end->body->getRotation().conj() * (end->body->getPosition() - end->body->getCenterOfMass());
-      end->body->setTransform(vyr::AffineMatrix4x4(rotation, place + rotation * inner));
-      end->inverseMass = 0;
+      finishStep(*end, m_simulation->getTimeStep());
     }
+    end->inverseMass = 0;
   }
 }
 
 void Wire::absorbJumps() {
-  // An end that was put elsewhere, or a node that was moved, is a jump and no motion: it must not become velocity. The
-  // ends stay where they are.
-  m_restLength = m_segmentLength;
+  // Bodies that went otherwise than their copies leave the end segments a little too long or too short. Those begin the
+  // step with the length that they have, and it comes back little by little.
+  bool small = true;
+  for (std::size_t i = 0; i < m_lambdas.size(); ++i) {
+    m_startLengths[i] = (m_places[i + 1] - m_places[i]).length();
+    if (isSlack(i, m_startLengths[i])) {
+      m_startLengths[i] = m_segmentLength;
+    }
+    small = small && m_startLengths[i] > 0.5 * m_segmentLength &&
+            m_startLengths[i] - m_segmentLength < kSmallError * m_length;
+  }
   if (m_stretchStiffness > 0) {
+    std::fill(m_startLengths.begin(), m_startLengths.end(), m_segmentLength);
     return;
   }
-  const double masses[2] = {m_begin.inverseMass, m_end.inverseMass};
-  m_begin.inverseMass = m_end.inverseMass = 0;
-  std::vector<vyr::Vec3> along;
-  std::vector<double> total(m_lambdas.size());
-  for (int round = 0; round < kRescues && largestError(m_places, 0, total) > kTolerance; ++round) {
-    directions(m_places, along);
-    correctLengths(m_places, along, 0, total);
-    std::fill(total.begin(), total.end(), 0);
+  if (small) {
+    return;
   }
-  m_begin.inverseMass = masses[0];
-  m_end.inverseMass = masses[1];
-  m_begin.impulse = m_end.impulse = vyr::Vec3();
-  // What a taut wire is too long by is taken back over several steps.
-  double length = 0;
+  // An end that was put elsewhere, or a node that was moved, is a jump and no motion: it must not become velocity. The
+  // ends stay where they are.
+  std::fill(m_pulls.begin(), m_pulls.end(), 0);
+  for (int round = 0; round < kRescues && !(largestError() < kTolerance); ++round) {
+    correctLengths();
+  }
   for (std::size_t i = 0; i < m_lambdas.size(); ++i) {
-    length += (m_places[i + 1] - m_places[i]).length();
+    m_startLengths[i] = (m_places[i + 1] - m_places[i]).length();
+    if (isSlack(i, m_startLengths[i])) {
+      m_startLengths[i] = m_segmentLength;
+    }
   }
-  m_restLength += std::max(0.0, length - m_length) * kKeptStretch / static_cast<double>(m_lambdas.size());
+}
+
+bool Wire::isSlack(std::size_t segment, double length) const {
+  return m_bendStiffness <= 0 && m_pulls[segment] <= 0 && length < m_segmentLength;
 }
 
 void Wire::subStep(double h) {
@@ -346,8 +301,8 @@ void Wire::subStep(double h) {
   }
   for (End* end : {&m_begin, &m_end}) {
     if (end->inverseMass > 0) {
-      end->velocity += end->gravity * h;
-      m_velocities[end == &m_begin ? 0 : m_places.size() - 1] = end->endVelocity();
+      end->velocity += end->acceleration * h;
+      end->angularVelocity += end->turning * h;
     }
   }
   project(h);
@@ -380,51 +335,51 @@ void Wire::addBending(double h) {
 }
 
 void Wire::project(double h) {
-  std::vector<vyr::Vec3> moved(m_places.size());
-  for (std::size_t i = 0; i < moved.size(); ++i) {
-    moved[i] = m_places[i] + m_velocities[i] * h;
-  }
-  const std::vector<vyr::Vec3> free(moved);
-  std::vector<vyr::Vec3> along;
-  std::vector<vyr::Vec3> ahead;
-  directions(m_places, along);
-  directions(moved, ahead);
-  std::vector<double> total(m_lambdas.size());
   const double give = m_stretchStiffness > 0 ? m_segmentLength / (m_stretchStiffness * h * h) : 0;
-  bool gentle = true;
-  for (std::size_t i = 0; i < along.size(); ++i) {
-    gentle = gentle && along[i] * ahead[i] > kGentleTurn;
+  std::vector<vyr::Vec3> now;
+  directions(m_places, now);
+  for (std::size_t i = 0; i < m_places.size(); ++i) {
+    WireChain::Node& node = m_chain->nodes[i];
+    const End* end = i == 0 ? &m_begin : i + 1 == m_places.size() ? &m_end : nullptr;
+    const bool onBody = end && end->inverseMass > 0;
+    node.free = onBody ? end->freePlace(h) : m_places[i] + m_velocities[i] * h;
+    node.fixed = !onBody && m_inverseMasses[i] == 0;
+    node.mass = onBody ? massAt(*end) : vyr::SPDMatrix3x3() * (node.fixed ? 1 : 1 / m_inverseMasses[i]);
   }
-  for (int round = 0; round < kProjections && gentle; ++round) {
-    correctLengths(moved, along, give, total);
+  for (std::size_t i = 0; i < now.size(); ++i) {
+    WireChain::Segment& segment = m_chain->segments[i];
+    segment.now = now[i];
+    segment.before = now[i] * m_before[i] > kGentleTurn ? m_before[i] : now[i];
+    segment.give = give;
+    segment.pull = m_pulls[i];
   }
-  // Where a wire whips, the old directions no longer help. The new ones do; they lose some energy.
-  if (!gentle || !(largestError(moved, give, total) < kTolerance)) {
-    moved = free;
-    std::fill(total.begin(), total.end(), 0);
-    m_begin.impulse = m_end.impulse = vyr::Vec3();
-    for (int round = 0; round < kRescues && !(largestError(moved, give, total) < kTolerance); ++round) {
-      directions(moved, along);
-      correctLengths(moved, along, give, total);
+  m_chain->pressable = m_bendStiffness > 0;
+  std::vector<vyr::Vec3> moved(m_places.size());
+  const bool whips = !m_chain->solve(moved, kPrecision * m_length);
+  if (whips) {
+    moved = m_places;
+    for (std::size_t i = 0; i < m_pulls.size(); ++i) {
+      m_chain->segments[i].pull = m_pulls[i];
+    }
+    m_chain->extrapolate(moved, kPrecision * m_length);
+  }
+  for (std::size_t i = 0; i < m_pulls.size(); ++i) {
+    m_pulls[i] = m_chain->segments[i].pull;
+    if (whips && m_stretchStiffness <= 0) {
+      // What the wire's turning left too long is no motion either.
+      m_startLengths[i] = std::max(m_segmentLength, (moved[i + 1] - moved[i]).length());
     }
   }
+  m_begin.impulse = m_chain->segments.front().along * m_pulls.front();
+  m_end.impulse = m_chain->segments.back().along * -m_pulls.back();
+  m_before.swap(now);
   for (std::size_t i = 0; i < m_lambdas.size(); ++i) {
-    m_lambdas[i] += total[i] / h;
+    m_lambdas[i] += m_pulls[i] / h;
   }
   for (std::size_t i = 0; i < moved.size(); ++i) {
     m_velocities[i] = (moved[i] - m_places[i]) / h;
     m_places[i] = moved[i];
   }
-}
-
-vyr::Vec3 Wire::answer(std::size_t node, const vyr::Vec3& direction) const {
-  if (node == 0 && m_begin.inverseMass > 0) {
-    return m_begin.answer(direction);
-  }
-  if (node + 1 == m_places.size() && m_end.inverseMass > 0) {
-    return m_end.answer(direction);
-  }
-  return direction * m_inverseMasses[node];
 }
 
 void Wire::directions(const std::vector<vyr::Vec3>& places, std::vector<vyr::Vec3>& outDirections) {
@@ -434,34 +389,36 @@ void Wire::directions(const std::vector<vyr::Vec3>& places, std::vector<vyr::Vec
   }
 }
 
-double Wire::largestError(const std::vector<vyr::Vec3>& places, double give, const std::vector<double>& total) const {
+double Wire::largestError() const {
   double largest = 0;
-  for (std::size_t i = 0; i < total.size(); ++i) {
-    const double error = (places[i + 1] - places[i]).length() - m_restLength - give * total[i];
+  for (std::size_t i = 0; i < m_pulls.size(); ++i) {
+    const double length = (m_places[i + 1] - m_places[i]).length();
+    const double error = isSlack(i, length) ? 0 : length - m_segmentLength;
     largest = std::max(largest, std::fabs(error) / m_length);
   }
   return largest;
 }
 
-void Wire::correctLengths(std::vector<vyr::Vec3>& places, const std::vector<vyr::Vec3>& along, double give,
-                          std::vector<double>& total) {
+void Wire::correctLengths() {
   const std::size_t segments = m_lambdas.size();
+  std::vector<vyr::Vec3> along;
+  directions(m_places, along);
   std::vector<double> upper(segments);
   std::vector<double> right(segments);
-  // Thomas' elimination. Row i: how the length of segment i answers to impulses (times h) along the directions.
+  // Thomas' elimination. Row i: how the length of segment i answers to pulls along the directions.
   for (std::size_t i = 0; i < segments; ++i) {
-    vyr::Vec3 direction = places[i + 1] - places[i];
-    right[i] = direction.normalize() - m_restLength - give * total[i];
-    const double own = direction * (answer(i, along[i]) + answer(i + 1, along[i]));
-    double diagonal = own + give;
-    upper[i] = i + 1 < segments ? -(direction * answer(i + 1, along[i + 1])) : 0;
+    const double length = (m_places[i + 1] - m_places[i]).length();
+    right[i] = length - m_segmentLength;
+    const double own = m_inverseMasses[i] + m_inverseMasses[i + 1];
+    double diagonal = own;
+    upper[i] = i + 1 < segments ? -(along[i] * along[i + 1]) * m_inverseMasses[i + 1] : 0;
     if (i > 0) {
-      const double lower = -(direction * answer(i, along[i - 1]));
+      const double lower = -(along[i] * along[i - 1]) * m_inverseMasses[i];
       diagonal -= lower * upper[i - 1];
       right[i] -= lower * right[i - 1];
     }
-    // A segment between two fixed places, or one that turned square to its direction, cannot be mended.
-    const bool solvable = diagonal > kSingular * std::fabs(own) && diagonal > 0;
+    // A slack segment stays so; one between two fixed places cannot be mended.
+    const bool solvable = !isSlack(i, length) && diagonal > kSingular * own;
     upper[i] = solvable ? upper[i] / diagonal : 0;
     right[i] = solvable ? right[i] / diagonal : 0;
   }
@@ -469,13 +426,9 @@ void Wire::correctLengths(std::vector<vyr::Vec3>& places, const std::vector<vyr:
     right[i] -= upper[i] * right[i + 1];
   }
   for (std::size_t i = 0; i < segments; ++i) {
-    const vyr::Vec3 impulse = along[i] * right[i];
-    total[i] += right[i];
-    places[i] += answer(i, impulse);
-    places[i + 1] -= answer(i + 1, impulse);
+    m_places[i] += along[i] * (right[i] * m_inverseMasses[i]);
+    m_places[i + 1] -= along[i] * (right[i] * m_inverseMasses[i + 1]);
   }
-  m_begin.impulse += along.front() * right.front();
-  m_end.impulse -= along.back() * right.back();
 }
 
 } // namespace vyrWire

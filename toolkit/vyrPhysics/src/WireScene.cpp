@@ -3,6 +3,8 @@
 
 #include <vyrWire/Wire.h>
 
+#include <algorithm>
+
 namespace vyrSDK {
 
 /// A wire with what its ends hang on, and with places and velocities of its nodes.
@@ -31,6 +33,8 @@ public:
     out.set("nodes", wire.m_places);
     out.set("velocities", wire.m_velocities);
     out.set("impulses", wire.m_lambdas);
+    out.set("pulls", wire.m_pulls);
+    out.set("directions", wire.m_before);
     return true;
   }
 
@@ -64,6 +68,12 @@ public:
     if (value.has("impulses")) {
       wire.m_lambdas = value["impulses"].numbers(nodes - 1);
     }
+    wire.m_pulls = value.has("pulls") ? value["pulls"].numbers(nodes - 1) : std::vector<double>(nodes - 1);
+    if (value.has("directions")) {
+      wire.m_before = readVectors(value["directions"], nodes - 1);
+    } else {
+      vyrWire::Wire::directions(wire.m_places, wire.m_before);
+    }
   }
 
 protected:
@@ -78,6 +88,10 @@ private:
     SceneRecord record = out.add(key);
     record.set("body", body);
     record.set("point", end.point);
+    if (end.onBody) {
+      record.set("others", std::vector<vyr::Vec3>(end.others, end.others + 2));
+      record.set("otherTurns", std::vector<vyr::Vec3>(end.otherTurns, end.otherTurns + 2));
+    }
   }
 
   static vyrWire::Wire::End readEnd(const SceneValue& value, const char* key, SceneParts& parts) {
@@ -88,6 +102,14 @@ private:
       end.onBody = body != nullptr;
       end.body = body;
       end.point = value[key]["point"].vec3();
+      if (value[key].has("others")) {
+        const std::vector<vyr::Vec3> others = readVectors(value[key]["others"], 2);
+        std::copy(others.begin(), others.end(), end.others);
+      }
+      if (value[key].has("otherTurns")) {
+        const std::vector<vyr::Vec3> turns = readVectors(value[key]["otherTurns"], 2);
+        std::copy(turns.begin(), turns.end(), end.otherTurns);
+      }
     }
     return end;
   }

@@ -9,6 +9,7 @@
 #include <vyrSDK/StepEventListener.h>
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 namespace vyrSDK {
@@ -17,19 +18,33 @@ class WireType;
 
 namespace vyrWire {
 
+class WireChain;
+
 /// A wire of constant length, cut into segments between mass points (nodes). It resists stretch, bending when it is
 /// given a bending stiffness, and goes slack by folding. Each end hangs on a body, on the world, or free. Add the wire
 /// to a simulation as a step-event listener; it does not collide.
 ///
-/// The nodes go through each time step in several smaller ones. A small step moves the nodes freely and then brings
-/// every segment back to its length along the directions that the segments had before it, all segments at once: the
-/// forces of a chain's segments make a tridiagonal system.
-/// Source: J.-P. Ryckaert, G. Ciccotti, H. Berendsen, "Numerical integration of the Cartesian equations of motion of a
-/// system with constraints", J. Comp. Phys. 23 (1977), section 3 (the constraint along the old directions, which keeps
-/// the energy); compliance as in M. Macklin et al., "XPBD", 2016, equation 18.
+/// The nodes go through each time step in several smaller ones. A small step finds the places of all nodes and the
+/// pulls of all segments at once, from one block tridiagonal system; the directions of the pulls are a mean of those
+/// before, at and after the small step, so that a light wire under any tension is stable for any number of small steps,
+/// and waves too fast for the small step die out. Source: N. M. Newmark, "A method of computation for structural
+/// dynamics", ASCE J. Eng. Mech. Div. 85 (1959); J.-P. Ryckaert, G. Ciccotti, H. Berendsen, "Numerical integration of
+/// the Cartesian equations of motion of a system with constraints", J. Comp. Phys. 23 (1977), section 3; compliance as
+/// in M. Macklin et al., "XPBD", 2016, equation 18.
 ///
-/// Segments that are too short for a tension T make the small steps whip: with m kg/m and a small step of h s a segment
-/// should be longer than h sqrt(T / m). Shorter ones stay stable, but cost more and lose energy.
+/// A body on an end is a point mass in that system: the mass that its point of fastening opposes to a force there,
+/// turning included. Its copy goes through the small steps under gravity, under the forces that it already carries
+/// (those of wires that came before in the simulation among them), and under what else moved it in the last step:
+/// contacts, constraints and later wires. What the wire adds is then handed to the body as one force and one torque.
+/// Source of the mass at a point: D. Baraff, "Fast contact force computation for nonpenetrating rigid bodies", SIGGRAPH
+/// 1994, appendix A.
+///
+/// Without bending stiffness a wire does not push: segments may get shorter than they are, and then do not pull. A load
+/// that falls into a wire without give is caught within a step, so that the mean tension of that step is about m v /
+/// dt; set the stretch stiffness for the true peak.
+///
+/// A body that is fixed to a much heavier one (a hook to its load) tells the wire of the other's weight only step by
+/// step: fasten the wire to the heavy one.
 class VYRPHYSICS_EXPORT Wire : public vyrSDK::StepEventListener {
 public:
   /// `length` in m, above 0; `segments` at least 1 and at most 16384; `massPerLength` in kg/m, above 0; `radius` in m,
@@ -57,7 +72,8 @@ public:
   /// Moves a node; false when there is no such node, the place is not finite, or the node is fastened.
   bool setNode(std::size_t index, const vyr::Vec3& place);
 
-  /// Mean tension of a segment in the last step, in N; negative when it was pressed. 0 for no such segment.
+  /// Mean tension of a segment in the last step, in N; 0 when it was slack, negative when a wire with a bending
+  /// stiffness was pressed. 0 for no such segment.
   double getTension(std::size_t segment) const;
   double getBeginTension() const { return getTension(0); }
   double getEndTension() const { return m_lambdas.empty() ? 0 : getTension(m_lambdas.size() - 1); }
@@ -99,19 +115,30 @@ private:
     double inverseMass = 0;
     vyr::SPDMatrix3x3 inverseInertia; ///< about the centre of mass, in the body's axes
     vyr::Vec3 arm;                    ///< from the centre of mass to the end, in the body's axes
-    vyr::Vec3 gravity;
-    vyr::Vec3 place; ///< of the centre of mass
+    vyr::Vec3 place;                  ///< of the centre of mass
     vyr::Quat rotation;
     vyr::Vec3 velocity;
     vyr::Vec3 angularVelocity;
+    vyr::Vec3 known;        ///< m/s^2: gravity and the forces that were on the body before the step
+    vyr::Vec3 knownTurn;    ///< rad/s^2
+    vyr::Vec3 acceleration; ///< m/s^2: the known one and what the last two steps agreed on
+    vyr::Vec3 turning;      ///< rad/s^2
+    vyr::Vec3 others[2];    ///< m/s^2, newest first: what else moved the body in the last steps
+    vyr::Vec3 otherTurns[2];
     vyr::Vec3 impulse; ///< of the small step, in N s times the small step
     vyr::Vec3 linear;  ///< of the whole step, in N s
     vyr::Vec3 angular; ///< of the whole step, in N m s
-    vyr::Vec3 missedWay;
-    vyr::Quat missedTurn;
+    vyr::Vec3 startPlace;
+    vyr::Quat startRotation;
+    vyr::Vec3 startVelocity;
+    vyr::Vec3 startAngular;
 
     /// How far the end goes for a unit impulse along `direction`.
     vyr::Vec3 answer(const vyr::Vec3& direction) const;
+    /// The angular acceleration for a torque, both in the world.
+    vyr::Vec3 turned(const vyr::Vec3& torque) const;
+    /// Where the end is after h s in which the wire does not pull.
+    vyr::Vec3 freePlace(double h) const;
     vyr::Vec3 endPlace() const { return place + rotation * arm; }
     vyr::Vec3 endVelocity() const { return velocity + (angularVelocity ^ (rotation * arm)); }
     void advance(double h);
@@ -122,23 +149,23 @@ private:
   void layOut();
   void layOutBetween(const vyr::Vec3& from, const vyr::Vec3& to);
   void beginStep(End& end, std::size_t node);
-  void endStep(End& end, const End& before, double dt);
+  static void endStep(End& end, double dt);
+  static void finishStep(End& end, double dt);
   void absorbJumps();
+  bool isSlack(std::size_t segment, double length) const;
   void subStep(double h);
   void addBending(double h);
   void project(double h);
-  vyr::Vec3 answer(std::size_t node, const vyr::Vec3& direction) const;
   static void directions(const std::vector<vyr::Vec3>& places, std::vector<vyr::Vec3>& outDirections);
-  double largestError(const std::vector<vyr::Vec3>& places, double give, const std::vector<double>& total) const;
-  void correctLengths(std::vector<vyr::Vec3>& places, const std::vector<vyr::Vec3>& along, double give,
-                      std::vector<double>& total);
+  static vyr::SPDMatrix3x3 massAt(const End& end);
+  double largestError() const;
+  void correctLengths();
 
   bool m_valid = false;
   double m_length = 0;
   double m_radius = 0;
   double m_massPerLength = 0;
   double m_segmentLength = 0;
-  double m_restLength = 0; ///< of a segment in this step: longer than a segment while a taut wire is brought back
   double m_stretchStiffness = 0;
   double m_bendStiffness = 0;
   double m_damping = 0.05;
@@ -149,7 +176,11 @@ private:
   std::vector<vyr::Vec3> m_places;
   std::vector<vyr::Vec3> m_velocities;
   std::vector<double> m_inverseMasses;
-  std::vector<double> m_lambdas; ///< one a segment: impulse of the time step so far, in N s
+  std::vector<double> m_lambdas;      ///< one a segment: impulse of the time step so far, in N s
+  std::vector<double> m_pulls;        ///< one a segment: impulse of the last small step times the small step, in N s^2
+  std::vector<vyr::Vec3> m_before;    ///< one a segment: its direction at the start of the last small step
+  std::vector<double> m_startLengths; ///< one a segment: its length at the start of the time step, in m
+  std::unique_ptr<WireChain> m_chain;
 };
 
 } // namespace vyrWire
