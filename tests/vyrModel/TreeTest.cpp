@@ -197,7 +197,7 @@ TEST(Tree, SwaysWhenABallHitsIt) {
     back = std::min(back, stand.tip().x() - calm.x());
   }
   EXPECT_GT(farthest, 0.05);
-  EXPECT_LT(back, -0.02); // it swings to the other side, too
+  EXPECT_LT(back, -0.02);                 // it swings to the other side, too
   EXPECT_LT(ball->getPosition().x(), 10); // without the tree it would come to 17 m
   EXPECT_EQ(stand.tree->getNumBroken(), 0u);
 }
@@ -383,6 +383,44 @@ TEST(Tree, RefusesBadInput) {
   EXPECT_FALSE(tree->addTo(simulation.get()));
   EXPECT_FALSE(tree->grow());
   EXPECT_EQ(errors.get(), 9);
+}
+
+TEST(Tree, LimbsOfALargeCrownKeepApart) {
+  TreeParameters parameters;
+  parameters.levels = 4;
+  parameters.height = 24;
+  parameters.boughs = 16;
+  parameters.branches = 8;
+  parameters.leavesPerMeter = 0;
+  const vyr::ref_ptr<Tree> tree(new Tree);
+  ASSERT_TRUE(tree->grow(parameters, 1));
+  const auto& branches = tree->getBranches();
+  ASSERT_GT(branches.size(), 1000u);
+  const int samples = 6;
+  std::vector<Vec3> places;
+  for (const TreeBranch& branch : branches) {
+    for (int i = 0; i < samples; ++i) {
+      places.push_back(Vec3(0, 0, branch.length * i / (samples - 1)) * branch.body->getTransform());
+    }
+  }
+  const auto thickest = [](const TreeBranch& branch) { return std::max(branch.radiusBegin, branch.radiusEnd); };
+  std::size_t touching = 0;
+  for (std::size_t i = 0; i < branches.size(); ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      if (branches[i].parent == static_cast<int>(j)) {
+        continue;
+      }
+      const double apart = thickest(branches[i]) + thickest(branches[j]);
+      bool touches = false;
+      for (int k = 0; k < samples * samples && !touches; ++k) {
+        const Vec3 way = places[i * samples + static_cast<std::size_t>(k / samples)] -
+                         places[j * samples + static_cast<std::size_t>(k % samples)];
+        touches = way.length2() < apart * apart;
+      }
+      touching += touches ? 1 : 0;
+    }
+  }
+  EXPECT_EQ(touching, 0u);
 }
 
 } // namespace

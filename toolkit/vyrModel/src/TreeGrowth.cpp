@@ -1,6 +1,8 @@
 /// Decides where the limbs and leaves of a tree are.
 #include "TreeGrowth.h"
 
+#include "BranchGrid.h"
+
 #include <vyr/Notify.h>
 #include <vyr/Quat.h>
 #include <vyr/Random.h>
@@ -27,6 +29,9 @@ vyr::Vec3 anyAcross(const vyr::Vec3& v) {
   const vyr::Vec3 helper = std::abs(v.z()) < 0.9 ? vyr::Vec3(0, 0, 1) : vyr::Vec3(1, 0, 0);
   return (helper ^ v).normalized();
 }
+
+/// Edge of the cells in which pieces look for their neighbours, as a share of the tree's height.
+const double kCellShare = 0.025;
 
 /// Least distance between two straight pieces.
 /// Source: Ericson, Real-Time Collision Detection, section 5.1.9.
@@ -65,7 +70,8 @@ class Growth {
 public:
   Growth(const TreeParameters& parameters, unsigned int seed)
       : m_p(parameters)
-      , m_random(seed) {}
+      , m_random(seed)
+      , m_grid(parameters.height * kCellShare) {}
 
   GrownTree run() {
     Limb trunk;
@@ -99,6 +105,7 @@ private:
         m_tree.branches.resize(first);
         return false;
       }
+      m_grid.add(m_tree.branches.size(), grown.base, grown.base + grown.direction * step, thickest(grown));
       m_tree.branches.push_back(grown);
       piece.parent = static_cast<int>(m_tree.branches.size()) - 1;
       piece.offset = step;
@@ -164,19 +171,19 @@ private:
     if (std::min(grown.base.z(), end.z()) < 0 || (grown.branch.level > 0 && end.z() < 0.1 * m_p.height)) {
       return false;
     }
-    for (std::size_t i = 0; i < m_tree.branches.size(); ++i) {
-      const GrownBranch& other = m_tree.branches[i];
-      if (static_cast<int>(i) == grown.branch.parent) {
-        continue;
-      }
-      const double reach = std::max(grown.branch.radiusBegin, grown.branch.radiusEnd) +
-                           std::max(other.branch.radiusBegin, other.branch.radiusEnd) + kClearance;
-      if (distanceBetween(grown.base, grown.direction * grown.branch.length, other.base,
-                          other.direction * other.branch.length) < reach) {
+    const auto touches = [&](std::size_t i) {
+      if (i >= m_tree.branches.size() || static_cast<int>(i) == grown.branch.parent) {
         return false;
       }
-    }
-    return true;
+      const GrownBranch& other = m_tree.branches[i];
+      return distanceBetween(grown.base, grown.direction * grown.branch.length, other.base,
+                             other.direction * other.branch.length) < thickest(grown) + thickest(other) + kClearance;
+    };
+    return !m_grid.any(grown.base, end, thickest(grown) + kClearance, touches);
+  }
+
+  static double thickest(const GrownBranch& grown) {
+    return std::max(grown.branch.radiusBegin, grown.branch.radiusEnd);
   }
 
   void growLeaves() {
@@ -222,6 +229,7 @@ private:
   const TreeParameters& m_p;
   vyr::Random m_random;
   GrownTree m_tree;
+  BranchGrid m_grid;
 };
 
 bool isWithin(double value, double low, double high, const char* what) {
