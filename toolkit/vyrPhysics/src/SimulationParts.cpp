@@ -11,6 +11,10 @@
 #include "RigidBodyNative.h"
 #include "SimulationNative.h"
 
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
 namespace vyrSDK {
 
 using vyrPhysics::contains;
@@ -143,11 +147,13 @@ bool Simulation::remove(vyr::RigidBody* body) {
   if (!contains(m_bodies, body)) {
     return false;
   }
-  const auto constraints = m_constraints;
-  for (const auto& constraint : constraints) {
-    if (constraint->getRigidBody1() == body || constraint->getRigidBody2() == body) {
-      remove(constraint.get());
-    }
+  std::vector<vyr::ref_ptr<vyr::Constraint>> held;
+  std::copy_if(m_constraints.begin(), m_constraints.end(), std::back_inserter(held),
+               [body](const vyr::ref_ptr<vyr::Constraint>& constraint) {
+                 return constraint->getRigidBody1() == body || constraint->getRigidBody2() == body;
+               });
+  for (const auto& constraint : held) {
+    remove(constraint.get());
   }
   erase(m_bodies, body);
   withdrawBody(body);
@@ -349,6 +355,12 @@ void Simulation::clearParts() {
   }
   while (!m_particleSystems.empty()) {
     remove(m_particleSystems.back().get());
+  }
+  // The engine looks through all pairs for each body that goes: without pairs it does not have to.
+  btOverlappingPairCache& pairs = *m_native->broadphase.getOverlappingPairCache();
+  while (pairs.getNumOverlappingPairs() > 0) {
+    const btBroadphasePair last = pairs.getOverlappingPairArray()[pairs.getNumOverlappingPairs() - 1];
+    pairs.removeOverlappingPair(last.m_pProxy0, last.m_pProxy1, &m_native->dispatcher);
   }
   while (!m_bodies.empty()) {
     remove(m_bodies.back().get());
