@@ -173,7 +173,7 @@ TEST_P(WireLoad, SlewsWithAHandLineBelowIt) {
   const double omega = -0.22;
   const double radius = 8;
   const double weight = (800 + 2.4 * 0.3) * kG;
-  while (crane.simulation->getTime() < 8) {
+  while (crane.simulation->getTime() < 30) {
     const double time = crane.simulation->getTime();
     const bool stops = time > 5 - 1e-6 && time < 5 + 1e-6;
     const double turning = time < 5 - 1e-6 ? omega : 0;

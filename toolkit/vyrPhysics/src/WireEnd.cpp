@@ -14,6 +14,9 @@ const double kSteady = 0.5;
 const double kSteadyMotion = 20;
 const double kSteadyTurning = 50;
 
+/// How many times more than the wire all else may pull for the wire to set right the body's path.
+const double kOwnShare = 4;
+
 /// How far, as a share of what the step's own forces did, a body's velocity may end from the copy's for the body to
 /// have moved like it.
 const double kSameMotion = 0.05;
@@ -91,8 +94,8 @@ void Wire::beginStep(End& end, std::size_t node) {
   end.velocity = body.getVelocity();
   end.angularVelocity = body.getAngularVelocity();
   // Forces known before the step, other wires' among them, and those that only the last steps can tell.
-  const vyr::Vec3 gravity = body.getEnableGravity() ? m_simulation->getGravity() : vyr::Vec3();
-  end.known = gravity + body.getForce() * end.inverseMass;
+  end.gravity = body.getEnableGravity() ? m_simulation->getGravity() : vyr::Vec3();
+  end.known = end.gravity + body.getForce() * end.inverseMass;
   end.knownTurn = end.turned(body.getTorque());
   end.acceleration = end.known + expected(end.others[0], end.others[1], kSteadyMotion);
   end.turning = end.knownTurn + expected(end.otherTurns[0], end.otherTurns[1], kSteadyTurning);
@@ -120,11 +123,15 @@ void Wire::finishStep(End& end, double dt) {
   end.others[0] = (gained - own) / dt - end.known;
   end.otherTurns[0] = (turnGained - end.turned(end.angular)) / dt - end.knownTurn;
   // The body's step went all its way with the new velocity, the copy went through it little by little. A body that
-  // something else stopped, or that another wire's end has set right already, stays where it is.
+  // something else stopped, or that another wire has set right already, stays where it is; and a wire that hardly pulls
+  // leaves it to the others, whose small steps may be others.
   const vyr::Vec3 large = end.startPlace + body.getVelocity() * dt;
   const double play = kSameMotion * (own.length() + end.acceleration.length() * dt);
   if ((body.getVelocity() - end.velocity).length() > play ||
       (body.getCenterOfMass() - large).length() > 0.01 * play * dt) {
+    return;
+  }
+  if ((end.acceleration - end.gravity).length() * dt > kOwnShare * own.length()) {
     return;
   }
   const vyr::Vec3 place = end.place + (body.getCenterOfMass() - (end.startPlace + end.velocity * dt));

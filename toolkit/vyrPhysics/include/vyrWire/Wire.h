@@ -119,6 +119,7 @@ private:
     vyr::Quat rotation;
     vyr::Vec3 velocity;
     vyr::Vec3 angularVelocity;
+    vyr::Vec3 gravity;      ///< m/s^2
     vyr::Vec3 known;        ///< m/s^2: gravity and the forces that were on the body before the step
     vyr::Vec3 knownTurn;    ///< rad/s^2
     vyr::Vec3 acceleration; ///< m/s^2: the known one and what the last two steps agreed on
