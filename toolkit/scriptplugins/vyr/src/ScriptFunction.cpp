@@ -72,6 +72,24 @@ void ScriptFunction::reset() {
   m_state = nullptr;
 }
 
+struct ScriptFunction::Call {
+  int reference;
+  const std::function<int(lua_State*)>& push;
+  const std::function<void(lua_State*)>& take;
+};
+
+int ScriptFunction::callProtected(lua_State* L) {
+  const Call& call = *static_cast<const Call*>(lua_touserdata(L, 1));
+  lua_pushcfunction(L, &addTraceback);
+  lua_rawgeti(L, LUA_REGISTRYINDEX, call.reference);
+  const int arguments = call.push(L);
+  if (lua_pcall(L, arguments, call.take ? 1 : 0, 2) != 0)
+    return lua_error(L);
+  if (call.take)
+    call.take(L);
+  return 0;
+}
+
 bool ScriptFunction::call(const char* what, const std::function<int(lua_State*)>& push,
                           const std::function<void(lua_State*)>& take) const {
   if (!*this) {
@@ -79,19 +97,12 @@ bool ScriptFunction::call(const char* what, const std::function<int(lua_State*)>
   }
   lua_State* const L = m_state->getThread();
   const int top = lua_gettop(L);
-  if (!lua_checkstack(L, LUA_MINSTACK)) {
-    VYR_NOTIFY(vyr::NOTIFY_ERROR) << what << ": too many callbacks inside callbacks";
-    return false;
-  }
-  lua_pushcfunction(L, &addTraceback);
-  lua_rawgeti(L, LUA_REGISTRYINDEX, m_reference);
-  const int arguments = push(L);
-  const bool ok = lua_pcall(L, arguments, take ? 1 : 0, top + 1) == 0;
+  // Nothing runs on this stack that would catch an error: the arguments are made under protection as well.
+  Call call = {m_reference, push, take};
+  const bool ok = lua_cpcall(L, &callProtected, &call) == 0;
   if (!ok) {
     const char* const text = lua_tostring(L, -1);
     VYR_NOTIFY(vyr::NOTIFY_ERROR) << "error in " << what << ": " << (text ? text : "?");
-  } else if (take) {
-    take(L);
   }
   lua_settop(L, top);
   return ok;

@@ -35,6 +35,9 @@ public:
   void reset();
 
 private:
+  struct Call;
+  static int callProtected(lua_State* L);
+
   vyr::ref_ptr<ScriptState> m_state;
   int m_reference = -2; // LUA_NOREF
 };
