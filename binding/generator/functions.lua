@@ -143,15 +143,17 @@ local function writeResult(f, call, localConstructor)
   local kind = vyr.kindOf(f)
   if isConstructor(f) then
     line(string.format("      %s* const tolua_ret = %s;", f.parent.type, call))
+    local retained = "false"
+    if localConstructor then
+      retained = f.parent.vyrCollected and "true" or "vyrBinding::kHasExplicitCollectors"
+      line("      vyrBinding::" .. (f.parent.vyrCollected and "retain" or "retainIfExplicit") .. "(tolua_ret);")
+    end
+    line(string.format("      vyrBinding::Pending<%s> tolua_pending(%s, tolua_ret, %s);", f.parent.type, S, retained))
     line(string.format("      vyrBinding::pushPointer<%s>(%s, tolua_ret, %s);", f.parent.type, S, quoted(f.parent.type)))
     if localConstructor then
-      if f.parent.vyrCollected then
-        line("      vyrBinding::retain(tolua_ret);")
-      else
-        line("      vyrBinding::retainIfExplicit(tolua_ret);")
-      end
       line(string.format("      tolua_register_gc(%s, lua_gettop(%s));", S, S))
     end
+    line("      tolua_pending.done();")
     return 1
   elseif f.kind == "&[]" or kind == "void" then
     line("      " .. call .. ";")
@@ -172,14 +174,18 @@ local function writeResult(f, call, localConstructor)
     end
   elseif kind == "pointer" then
     line(string.format("      auto&& tolua_ret = %s;", call))
-    line(string.format("      vyrBinding::pushPointer<%s>(%s, vyrBinding::raw(tolua_ret), %s);", vyr.typeName(f), S,
-      quoted(vyr.typeName(f))))
+    local push = string.format("      vyrBinding::pushPointer<%s>(%s, vyrBinding::raw(tolua_ret), %s);", vyr.typeName(f), S,
+      quoted(vyr.typeName(f)))
     if f.vyrOwned then
       line("      if (tolua_ret != nullptr)")
-      line("      {")
       line("        vyrBinding::retain(vyrBinding::raw(tolua_ret));")
+      line(string.format("      vyrBinding::Pending<%s> tolua_pending(%s, vyrBinding::raw(tolua_ret), true);", vyr.typeName(f), S))
+      line(push)
+      line("      if (tolua_ret != nullptr)")
       line(string.format("        tolua_register_gc(%s, lua_gettop(%s));", S, S))
-      line("      }")
+      line("      tolua_pending.done();")
+    else
+      line(push)
     end
   else
     line(string.format("      const auto& tolua_ret = %s;", call))

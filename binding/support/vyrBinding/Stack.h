@@ -73,11 +73,4 @@ void pushPointer(lua_State* state, T* object, const char* type) {
   tolua_pushusertype(state, const_cast<void*>(static_cast<const void*>(object)), type);
 }
 
-/// Pushes a heap copy of `value` that Lua owns.
-template <class T>
-void pushCopy(lua_State* state, const T& value, const char* type) {
-  tolua_pushusertype(state, new T(value), type);
-  tolua_register_gc(state, lua_gettop(state));
-}
-
 } // namespace vyrBinding
