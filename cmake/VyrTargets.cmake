@@ -25,6 +25,13 @@ if(VYR_SANITIZE)
     INTERFACE $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${CMAKE_CURRENT_LIST_DIR}/sanitizerOptions.cpp>)
 endif()
 
+# Counts the executed lines and branches of a target's sources, where that is asked for.
+function(vyr_count_lines target)
+  if(VYR_COVERAGE)
+    target_compile_options(${target} PRIVATE -O0 --coverage -fprofile-update=atomic)
+  endif()
+endfunction()
+
 # Places an own library beside the others, with its export header, public headers and install rules.
 #   vyr_add_library(<name> SOURCES <file>... [PUBLIC <target>...] [PRIVATE <target>...])
 function(vyr_add_library name)

@@ -1,4 +1,4 @@
-"""Prints the share of executed lines a folder and a file, from the counters that a coverage build left behind.
+"""Prints the shares of executed lines and of taken branches a folder and a file, from the counters that a coverage build left behind.
 
 usage: coverage.py BUILD_FOLDER [FOLDER...]   (default: binding plugin toolkit/vyrLua and the generated bindings)
 """
@@ -22,8 +22,9 @@ def counters():
 
 
 executed = collections.defaultdict(dict)  # file -> line -> executed at all
+taken = collections.defaultdict(dict)  # file -> (line, number) -> taken at all; ways of exceptions are left out
 for counter in counters():
-    text = subprocess.run(["gcov", "--json-format", "--stdout", counter], cwd=build, capture_output=True, text=True).stdout
+    text = subprocess.run(["gcov", "--branch-probabilities", "--json-format", "--stdout", counter], cwd=build, capture_output=True, text=True).stdout
     for line in text.splitlines():
         if not line.startswith("{"):
             continue
@@ -34,14 +35,24 @@ for counter in counters():
                 lines = executed[path]
                 for item in entry["lines"]:
                     lines[item["line_number"]] = lines.get(item["line_number"], False) or item["count"] > 0
+                    ways = [way for way in item.get("branches", []) if not way["throw"]]
+                    for number, way in enumerate(ways):
+                        key = (item["line_number"], number)
+                        taken[path][key] = taken[path].get(key, False) or way["count"] > 0
 
 if not executed:
     sys.exit("no counters of " + ", ".join(folders) + " in " + build)
+
+
+def share(parts):
+    return f"{100 * sum(parts) / len(parts):5.1f} % of {len(parts):5d}" if parts else "none of     0"
+
+
 for folder in folders:
-    files = {path: lines for path, lines in sorted(executed.items()) if path.startswith(folder + os.sep)}
-    total = sum(len(lines) for lines in files.values())
-    hit = sum(sum(lines.values()) for lines in files.values())
-    if total:
-        print(f"{folder}: {100 * hit / total:.1f} % of {total} lines")
-    for path, lines in files.items():
-        print(f"  {100 * sum(lines.values()) / max(len(lines), 1):5.1f} %  {len(lines):5d}  {path}")
+    paths = sorted(path for path in executed if path.startswith(folder + os.sep))
+    if paths:
+        lines = [hit for path in paths for hit in executed[path].values()]
+        ways = [hit for path in paths for hit in taken[path].values()]
+        print(f"{folder}: {share(lines)} lines, {share(ways)} branches")
+    for path in paths:
+        print(f"  {share(list(executed[path].values()))} lines  {share(list(taken[path].values()))} branches  {path}")
