@@ -127,11 +127,11 @@ TEST_F(VyrPlugin, AnErrorInAListenerIsReportedOnceWithItsTraceback) {
 
 TEST_F(VyrPlugin, AnErrorInAGeometryFactoryIsReportedOnceWithItsTraceback) {
   run(m_state, "local function inner() error('on purpose') end\n"
-      "sim, emitter = vyrSDK.Simulation(), vyr.RigidBodyEmitter()\n"
-      "emitter:setRate(600)\n"
-      "sim:add(emitter)\n"
-      "emitter:setGeometryFactory(function() inner() return nil end)\n"
-      "sim:step() sim:step()\n");
+               "sim, emitter = vyrSDK.Simulation(), vyr.RigidBodyEmitter()\n"
+               "emitter:setRate(600)\n"
+               "sim:add(emitter)\n"
+               "emitter:setGeometryFactory(function() inner() return nil end)\n"
+               "sim:step() sim:step()\n");
   ASSERT_EQ(m_messages->texts.size(), 1u);
   for (const char* part : {"error in geometry factory", "on purpose", "stack traceback", "inner"})
     EXPECT_NE(m_messages->texts[0].find(part), std::string::npos) << m_messages->texts[0];

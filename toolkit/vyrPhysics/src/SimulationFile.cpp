@@ -34,7 +34,7 @@ void reportUnknown(const std::string& source, const std::vector<std::string>& un
     names += " and " + std::to_string(unknown.size() - kNamed) + " more";
   }
   VYR_NOTIFY(vyr::NOTIFY_WARNING) << "the scene '" << source
-                                << "' has members that are not known and were left out: " << names;
+                                  << "' has members that are not known and were left out: " << names;
 }
 
 std::string folderOf(const std::string& fileName) {

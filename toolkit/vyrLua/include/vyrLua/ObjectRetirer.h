@@ -16,8 +16,9 @@ namespace vyrLua {
 /// Retires the userdata of objects that are destroyed while Lua still points at them.
 ///
 /// A retired userdata points nowhere, is no longer collected as an object, passes no type test, and raises
-/// "attempt to use a deleted TYPE" whenever a script uses it; so do the bindings' views into the object. As the delete handler of vyr::Referenced it sees the
-/// toolkit's objects; whoever knows of other kinds of objects calls `retire` for them.
+/// "attempt to use a deleted TYPE" whenever a script uses it; so do the bindings' views into the object. As the delete
+/// handler of vyr::Referenced it sees the toolkit's objects; whoever knows of other kinds of objects calls `retire` for
+/// them.
 ///
 /// An object that another thread lets go of is kept until the Lua thread destroys the next one, or until `flush`.
 class VYRLUA_EXPORT ObjectRetirer : public vyr::DeleteHandler {

@@ -17,8 +17,8 @@ namespace vyrOSG {
 class GroundMesh;
 
 /// Draws the height field of a deformer under a group and follows it at the end of every step: only the rows that
-/// changed are computed anew. The deeper a print, the darker it looks. What a deformer that has gone printed is no longer
-/// drawn from the next step on.
+/// changed are computed anew. The deeper a print, the darker it looks. What a deformer that has gone printed is no
+/// longer drawn from the next step on.
 class VYROSG_EXPORT DeformableHeightFieldRenderer : public vyrSDK::StepEventListener {
 public:
   /// Nullable: deformer (*observes*) and group: without a valid deformer and a group nothing is drawn and the renderer

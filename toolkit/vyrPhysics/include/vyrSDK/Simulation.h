@@ -136,15 +136,15 @@ public:
   uint64_t stateHash() const;
 
   /// Writes clock, settings, all parts and their looks as a scene file (docs/scene-format.md says what it holds). What
-  /// reads it goes on as this simulation does, bit by bit with the ITERATIVE solver. Of the listeners, those are written
-  /// that a SceneType knows: wires, emitters of one shape, terrains, trees.
-  /// False, with one error message that names the file, when it cannot be written.
+  /// reads it goes on as this simulation does, bit by bit with the ITERATIVE solver. Of the listeners, those are
+  /// written that a SceneType knows: wires, emitters of one shape, terrains, trees. False, with one error message that
+  /// names the file, when it cannot be written.
   bool write(const vyr::String& fileName) const;
 
-  /// Replaces clock, settings and all parts by what a scene file holds; other listeners stay. `visuals` learns the looks
-  /// of the parts (*borrows*). Nullable: no visuals. False, with one error message that names the file and the place in
-  /// it, and without any change, when it cannot be read or says something impossible. Members that are not known cost
-  /// one warning that names them; the rest is read.
+  /// Replaces clock, settings and all parts by what a scene file holds; other listeners stay. `visuals` learns the
+  /// looks of the parts (*borrows*). Nullable: no visuals. False, with one error message that names the file and the
+  /// place in it, and without any change, when it cannot be read or says something impossible. Members that are not
+  /// known cost one warning that names them; the rest is read.
   bool read(const vyr::String& fileName, SceneVisuals* visuals = nullptr);
 
   /// Gives the parts themselves the state in a scene file: clock, settings, motion, particles, constraints' controls.
