@@ -133,6 +133,7 @@ void WireChain::chooseTaut(const std::vector<vyr::Vec3>& places, double toleranc
       for (std::size_t k = i + 1 - run; k <= i; ++k) {
         segments[k].taut = segments[k].taut || !segments[k].released;
       }
+      run = 0;
     } else if (pulled && !segment.released) {
       segment.taut = true;
     }
