@@ -25,8 +25,10 @@ sanitize-build: setup
 	@cmake --preset asan >build-asan/configure.log 2>&1 || { cat build-asan/configure.log; exit 1; }
 	cmake --build build-asan -j $(JOBS)
 
+# The visual layer's tests look for leaks in one process: only while the drivers' libraries are loaded can theirs be told.
 sanitize: sanitize-build
 	ctest --test-dir build-asan --output-on-failure -j $(JOBS)
+	cd build-asan && ASAN_OPTIONS=detect_leaks=1 tests/test_vyrOSG --gtest_brief=1
 
 # Random calls of everything that is bound, in both builds; CALLS and SEED set how many and where they begin.
 fuzz: build sanitize-build
