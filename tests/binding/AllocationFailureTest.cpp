@@ -112,14 +112,10 @@ long following(long request) {
   return std::getenv("VYR_EVERY_ALLOCATION") != nullptr || request < 1000 ? request + 1 : request + request / 64 + 1;
 }
 
-/// Bytes that the process has allocated; 0 under the sanitizers, which report leaks themselves.
+/// Bytes that the process has allocated. The sanitizers' allocator is not counted: they report leaks themselves.
 double bytesInUse() {
-#ifdef __SANITIZE_ADDRESS__
-  return 0.0;
-#else
   const struct mallinfo2 info = mallinfo2();
   return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
-#endif
 }
 
 /// What may stay after all failures: tables of the libraries, and the few objects whose own end failed for want of
